@@ -1,0 +1,39 @@
+// External tools behind a read pipe: the tool's standard output becomes a
+// stream, everything else of it is as this program's own. Opening, closing and
+// letting go are the main thread's; reading, and waiting for the end, are the
+// reader thread's that the stream is handed to.
+#pragma once
+
+#include <cstdio>
+
+namespace vimbo
+{
+
+/// How many commands can exist at a time, running or let go.
+inline constexpr int max_commands = 64;
+
+/// Runs `command` through the system's shell and returns its output as a
+/// stream, or null when it could not be started. A double quote that the
+/// command leaves open runs to the end of the line. The stream is at its end
+/// once the command's process has ended or has closed its output, even if a
+/// process that it left behind still holds the pipe.
+FILE *open_command(const char *command);
+
+/// Reads and drops what the command still prints, then waits until its process
+/// has ended; after this close_command does not wait. The reader's side.
+void await_command_end(FILE *stream);
+
+/// Closes the stream and gives the command's exit code, 0 to 254; -1 when it
+/// ended in any other way, or with 255, which is how a -1 arrives. Waits for
+/// the process where await_command_end did not.
+int close_command(FILE *stream);
+
+/// Lets the command go without waiting: it may run on and print on, and is
+/// cleaned up after by collect_released_commands.
+void release_command(FILE *stream);
+
+/// Frees what released commands hold that have ended, and drops what the others
+/// have printed since, so that none of them stops at a full pipe. Never waits.
+void collect_released_commands();
+
+} // namespace vimbo

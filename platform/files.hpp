@@ -1,0 +1,45 @@
+// The file system as this program uses it. Paths are zero-terminated and go to
+// the system as they stand. Main thread only.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <span>
+
+namespace vimbo
+{
+
+/// What a tree walk reports. Links are followed: a link to a file is a file.
+enum class entry_kind { file, directory, other };
+
+/// Called by walk_tree once per entry; `path` lives only during the call.
+using tree_visitor = void (*)(const char *path, entry_kind kind, void *user);
+
+/// Visits every entry at and under `directory`, each with its path as the walk
+/// forms it ("./src/" gives "./src/a"), a directory before what it holds. A
+/// directory that cannot be read yields nothing.
+void walk_tree(const char *directory, tree_visitor visit, void *user);
+
+/// Opens a regular file for reading and gives its size in bytes. Null when
+/// there is none or it is anything else: opening a pipe would wait for a writer.
+FILE *open_regular_file(const char *path, std::uint64_t &size);
+
+/// True when something of any kind stands at `path`.
+bool path_exists(const char *path);
+
+/// Creates one directory; its parent must exist. False when it could not.
+bool make_directory(const char *path);
+
+/// Removes the file. False when it could not.
+bool remove_file(const char *path);
+
+/// The system's directory for temporary files, with its trailing separator.
+/// False, and an empty text, when it does not fit.
+bool temporary_directory(std::span<char> out);
+
+/// The directory of the running program's own file, without a trailing
+/// separator. False, and an empty text, when it is unknown or does not fit.
+bool executable_directory(std::span<char> out);
+
+} // namespace vimbo

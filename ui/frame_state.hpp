@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+struct nk_context;
+
+namespace vimbo
+{
+
+inline constexpr std::size_t scratch_capacity = 4096;
+
+/// What every panel is laid out with. Main thread only.
+struct frame_state {
+    nk_context *context;
+
+    /// The window's size in pixels: the wanted one until the window is there,
+    /// then read from it at the start of every frame.
+    std::int32_t window_width = 1920;
+    std::int32_t window_height = 1080;
+
+    std::uint32_t frame_flags; // bits: frame_flag
+    std::uint32_t ui_flags;    // bits: ui_flag
+
+    /// Commands and tooltips are formatted here; it holds nothing from one use
+    /// to the next.
+    char scratch_text[scratch_capacity];
+};
+
+} // namespace vimbo

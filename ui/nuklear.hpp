@@ -1,0 +1,29 @@
+// Nuklear as this program configures it. Every file that needs Nuklear includes
+// this one: the options change its records, so they must be the same everywhere.
+#pragma once
+
+#include <cassert>
+#include <cstdint>
+
+// clang-format off
+#define NK_INCLUDE_FIXED_TYPES
+#define NK_INCLUDE_STANDARD_IO
+#define NK_INCLUDE_STANDARD_VARARGS
+#define NK_INCLUDE_DEFAULT_ALLOCATOR
+#define NK_INCLUDE_VERTEX_BUFFER_OUTPUT
+#define NK_INCLUDE_FONT_BAKING
+#define NK_INCLUDE_DEFAULT_FONT
+// The backend tells key states once a frame, not key events.
+#define NK_KEYSTATE_BASED_INPUT
+// A full editor on a large screen has more vertices than 16 bits can count.
+#define NK_UINT_DRAW_INDEX
+// Bytes typed between two frames: what the backend's 256 characters can need.
+#define NK_INPUT_MAX 1024
+// The direction chart's label row has 17 columns, one more than the default.
+#define NK_MAX_LAYOUT_ROW_TEMPLATE_COLUMNS 32
+// Undo lengths are kept in a short: these are about as far as it goes.
+#define NK_TEXTEDIT_UNDOSTATECOUNT 999
+#define NK_TEXTEDIT_UNDOCHARCOUNT 32767
+// clang-format on
+
+#include <nuklear.h>
