@@ -8,12 +8,16 @@
 #include <poll.h>
 #include <spawn.h>
 #include <stdio_ext.h>
-#include <sys/pidfd.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
+
+// This header does not say of itself that it is C.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 extern char **environ; // NOLINT(readability-redundant-declaration)
 

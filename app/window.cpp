@@ -1,0 +1,103 @@
+#include "app/window.hpp"
+
+#include "render/path_program.hpp"
+#include "ui/font.hpp"
+#include "ui/input.hpp"
+#include "ui/nuklear_backend.hpp"
+
+#include <cstdio>
+
+namespace vimbo
+{
+
+namespace
+{
+
+constexpr std::size_t font_path_capacity = 4352;
+
+void report_glfw_error(int code, const char *description)
+{
+    std::printf("glfw err %d: %s\n", code, description);
+    // Written at once: the program may end without flushing when GLFW fails.
+    std::fflush(stdout);
+}
+
+void set_window_hints()
+{
+    glfwWindowHint(GLFW_RED_BITS, 8);
+    glfwWindowHint(GLFW_GREEN_BITS, 8);
+    glfwWindowHint(GLFW_BLUE_BITS, 8);
+    glfwWindowHint(GLFW_ALPHA_BITS, 8);
+    glfwWindowHint(GLFW_CLIENT_API, GLFW_OPENGL_API);
+    glfwWindowHint(GLFW_CONTEXT_VERSION_MAJOR, 3);
+    glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
+    glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+    glfwWindowHint(GLFW_DOUBLEBUFFER, 1);
+    glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+}
+
+GLFWwindow *create_window(frame_state &frame)
+{
+    set_window_hints();
+    GLFWwindow *window = glfwCreateWindow(frame.window_width, frame.window_height,
+                                          "Orvanne Material Editor", nullptr, nullptr);
+    if (window == nullptr) {
+        std::fputs("Failed to create the window\n", stderr);
+        return nullptr;
+    }
+    glfwMakeContextCurrent(window);
+    glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
+    glViewport(0, 0, frame.window_width, frame.window_height);
+    glewExperimental = GL_TRUE;
+    if (glewInit() != GLEW_OK) {
+        std::fputs("Failed to setup GLEW\n", stderr);
+        return nullptr;
+    }
+    return window;
+}
+
+void set_up_font(nk_context *context)
+{
+    nk_font_atlas *atlas = nullptr;
+    nk_glfw3_font_stash_begin(&atlas);
+    char path[font_path_capacity];
+    struct nk_font *font = find_font_file(path) ? add_font(atlas, path) : nullptr;
+    nk_glfw3_font_stash_end();
+    if (font != nullptr) {
+        blank_control_characters(font);
+        nk_style_set_font(context, &font->handle);
+    } else {
+        std::fprintf(stderr, "no font at %s: using the built-in one\n", font_path);
+    }
+}
+
+} // namespace
+
+GLFWwindow *open_window(app_state &app)
+{
+    glfwSetErrorCallback(report_glfw_error);
+    if (glfwInit() == GLFW_FALSE) {
+        std::fputs("GFLW failed to init!\n", stderr);
+        return nullptr;
+    }
+    GLFWwindow *window = create_window(app.frame);
+    if (window == nullptr) {
+        glfwTerminate();
+        return nullptr;
+    }
+    app.frame.context = nk_glfw3_init(window, NK_GLFW3_INSTALL_CALLBACKS);
+    keep_all_input(window, app.frame.context);
+    set_up_font(app.frame.context);
+    app.path_program = build_path_program();
+    app.tray_outline =
+        build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
+    return window;
+}
+
+void close_window()
+{
+    nk_glfw3_shutdown();
+    glfwTerminate();
+}
+
+} // namespace vimbo

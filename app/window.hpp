@@ -1,0 +1,19 @@
+// The window, its GL context, Nuklear with its font, and what is made once on
+// the GPU.
+#pragma once
+
+#include "app/app_state.hpp"
+
+struct GLFWwindow;
+
+namespace vimbo
+{
+
+/// Makes all of it. Null after a failure that the program cannot go on from,
+/// told in one line on standard error.
+GLFWwindow *open_window(app_state &app);
+
+/// Shuts Nuklear and GLFW down.
+void close_window();
+
+} // namespace vimbo

@@ -1,0 +1,41 @@
+// The tray's current mosaic: which file it is, and what of it is on the GPU.
+#pragma once
+
+#include "mosaic/path_vertex.hpp"
+#include "ui/frame_state.hpp"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace vimbo
+{
+
+inline constexpr int mosaics_per_tray = 8;
+inline constexpr std::size_t tray_directory_capacity = 256;
+/// Room for the tray directory, "/_mosaics/", a 32-bit number and ".mmv".
+inline constexpr std::size_t mosaic_path_capacity = tray_directory_capacity + 32;
+
+/// Main thread only.
+struct mosaic_state {
+    char tray_directory[tray_directory_capacity] = "./";
+    std::int32_t mosaic_index; // 0 to 7
+    char mosaic_path[mosaic_path_capacity];
+
+    /// The loaded mosaic: all 0 while none is shown.
+    GLuint mosaic_vao;
+    GLuint mosaic_vbo;
+    std::int32_t mosaic_vertex_count;
+};
+
+/// Makes `mosaic_path` the file of the tray and the index.
+void format_mosaic_path(mosaic_state &mosaic);
+
+/// Asks for the mosaic to be read again at the end of this frame.
+void request_mosaic_reload(frame_state &frame);
+
+/// Reads the file at `mosaic_path` straight into a new vertex buffer, whose
+/// first vertex is the tray's centre. The old one goes first: when there is no
+/// file, or it is shorter than its header promises, no mosaic is shown.
+void load_mosaic(mosaic_state &mosaic);
+
+} // namespace vimbo

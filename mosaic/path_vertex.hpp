@@ -1,0 +1,31 @@
+#pragma once
+
+#include <GL/glew.h>
+
+#include <cstdint>
+
+namespace vimbo
+{
+
+/// A length in 1/256000 mm.
+using length_unit = std::int32_t;
+inline constexpr length_unit length_units_per_mm = 256000;
+
+/// One point of a path: the record of a mosaic file's body and of a GPU buffer
+/// alike, so that a file goes up as it stands. Bit 0 of y tells how the move
+/// that ends here is made, 1 a mark, 0 a jump; the position is y with that bit.
+struct path_vertex {
+    length_unit x;
+    length_unit y;
+};
+static_assert(sizeof(path_vertex) == 8);
+
+/// Locations of the vertex shader's inputs.
+inline constexpr GLuint position_attribute = 0; // vp: x and y, normalised
+inline constexpr GLuint flag_attribute = 1;     // vn: y again, as an integer
+
+/// Describes the bound array buffer to the bound vertex array as path_vertex
+/// records.
+void set_path_vertex_attributes();
+
+} // namespace vimbo

@@ -1,0 +1,20 @@
+#include "render/path_buffer.hpp"
+
+namespace vimbo
+{
+
+void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                      std::int32_t count, const path_colours &colours)
+{
+    if (program == 0 || vertex_array == 0 || count <= 0)
+        return;
+    glBindVertexArray(vertex_array);
+    glUseProgram(program);
+    glUniformMatrix4fv(glGetUniformLocation(program, "m"), 1, GL_FALSE, matrix.element);
+    glUniform3fv(glGetUniformLocation(program, "klr"), 2, &colours.klr[0][0]);
+    glLineWidth(1.0F);
+    glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
+    glDrawArrays(GL_LINE_STRIP, 0, count);
+}
+
+} // namespace vimbo

@@ -1,0 +1,38 @@
+// Paths on the GPU and how they are drawn.
+#pragma once
+
+#include <GL/glew.h>
+
+#include <cstdint>
+
+namespace vimbo
+{
+
+/// Names and vertex count of a path on the GPU. All zero: nothing.
+struct path_buffer {
+    GLuint vertex_array;
+    GLuint buffer;
+    std::int32_t vertex_count;
+};
+
+/// Red, green and blue, 0 to 1, of the segments that end at a vertex with flag
+/// 0, then of those with flag 1.
+struct path_colours {
+    GLfloat klr[2][3];
+};
+
+inline constexpr path_colours mosaic_colours = {{{0.5F, 0.65F, 0.85F}, {1.0F, 1.0F, 1.0F}}};
+inline constexpr path_colours outline_colours = {{{0.85F, 0.65F, 0.45F}, {1.0F, 1.0F, 1.0F}}};
+
+/// 16 floats in column order.
+struct path_matrix {
+    GLfloat element[16];
+};
+
+/// Draws the first `count` vertices as one line strip, each segment in the
+/// colour that its end vertex's flag selects. Nothing is drawn without a
+/// program, a vertex array or vertices.
+void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                      std::int32_t count, const path_colours &colours);
+
+} // namespace vimbo

@@ -1,0 +1,25 @@
+// Draws the mosaic and the tray's outline into the Preview panel's rectangle.
+#pragma once
+
+#include "mosaic/mosaic.hpp"
+#include "render/path_buffer.hpp"
+#include "render/preview_panel.hpp"
+
+#include <cstdint>
+
+namespace vimbo
+{
+
+/// The view as a matrix for normalised vertices. The aspect is the whole
+/// window's; at zoom 1 the picture's height shows about 262 mm.
+path_matrix preview_matrix(const preview_state &preview, std::int32_t window_width,
+                           std::int32_t window_height);
+
+/// How many of the path's vertices the replay position shows.
+std::int32_t replayed_vertices(std::int32_t vertex_count, std::size_t replay_position);
+
+/// The picture as it stands, over whatever the rectangle held.
+void draw_preview(const frame_state &frame, const preview_state &preview, GLuint program,
+                  const mosaic_state &mosaic, const path_buffer &outline);
+
+} // namespace vimbo

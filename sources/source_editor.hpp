@@ -1,0 +1,38 @@
+// The text editor that holds the open source.
+#pragma once
+
+#include "sources/text_file.hpp"
+#include "ui/frame_state.hpp"
+#include "ui/nuklear.hpp"
+
+namespace vimbo
+{
+
+/// Main thread only.
+struct source_editor_state {
+    /// The text, the memory of `source_edit`. Between two layouts it ends at a
+    /// zero where the editor counts its last character, whatever that is in
+    /// bytes: what is saved and evaluated. A full text ends at the byte that is
+    /// always zero behind it.
+    char source_text[source_capacity + 1];
+    nk_text_edit source_edit;
+    /// Where a file is read before it enters the editor; keeps the last one.
+    char load_buffer[source_capacity];
+
+    /// The byte of the text that its end mark covers, and where.
+    int covered_index;
+    char covered_byte;
+};
+
+/// Once, before the first layout.
+void initialise_source_editor(source_editor_state &editor);
+
+/// Reads the file and puts its text, up to the first zero byte, in place of the
+/// editor's, with a fresh undo history. A file that cannot be opened brings the
+/// one read before it.
+void load_source(source_editor_state &editor, const char *path);
+
+/// The editor, one cell of the row that is being laid out.
+void source_editor(frame_state &frame, source_editor_state &editor);
+
+} // namespace vimbo

@@ -1,0 +1,98 @@
+#include "ui/clipboard.hpp"
+
+#include "ui/nuklear_backend.hpp"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+
+namespace vimbo
+{
+
+namespace
+{
+
+constexpr std::size_t clipboard_capacity = 65536 + 1;
+
+// Bytes that `characters` characters of the text take, at most `available`.
+int bytes_of(const char *text, int characters, int available)
+{
+    int bytes = 0;
+    for (int i = 0; i < characters && bytes < available; ++i) {
+        nk_rune character = 0;
+        const int length = nk_utf_decode(text + bytes, &character, available - bytes);
+        // A character that is cut off at the end of the text.
+        if (length == 0)
+            break;
+        bytes += length;
+    }
+    return bytes;
+}
+
+void copy_to_clipboard(nk_handle window, const char *text, int characters)
+{
+    static char copied[clipboard_capacity];
+    if (text == nullptr || characters <= 0)
+        return;
+    const auto most = static_cast<int>(sizeof copied) - 1;
+    const auto available = static_cast<int>(strnlen(text, static_cast<std::size_t>(most)));
+    const auto length = static_cast<std::size_t>(bytes_of(text, characters, available));
+    std::memcpy(copied, text, length);
+    copied[length] = '\0';
+    glfwSetClipboardString(static_cast<GLFWwindow *>(window.ptr), copied);
+}
+
+void paste_from_clipboard(nk_handle window, nk_text_edit *edit)
+{
+    const char *text = glfwGetClipboardString(static_cast<GLFWwindow *>(window.ptr));
+    if (text != nullptr)
+        paste_text(*edit, text);
+}
+
+// Undo lengths are shorts, so a long insertion takes several records.
+void record_insertion(nk_text_undo_state &undo, int where, int characters)
+{
+    undo.redo_point = NK_TEXTEDIT_UNDOSTATECOUNT;
+    undo.redo_char_point = NK_TEXTEDIT_UNDOCHARCOUNT;
+    for (int done = 0; done < characters;) {
+        const int part = std::min(characters - done, SHRT_MAX);
+        if (undo.undo_point == NK_TEXTEDIT_UNDOSTATECOUNT)
+            return;
+        undo.undo_rec[undo.undo_point++] = {where + done, 0, static_cast<short>(part), -1};
+        done += part;
+    }
+}
+
+} // namespace
+
+void use_clipboard(GLFWwindow *window, nk_context *context)
+{
+    context->clip.userdata = nk_handle_ptr(window);
+    context->clip.copy = copy_to_clipboard;
+    context->clip.paste = paste_from_clipboard;
+}
+
+void paste_text(nk_text_edit &edit, const char *text)
+{
+    if (edit.mode == NK_TEXT_EDIT_MODE_VIEW)
+        return;
+    if (edit.select_start != edit.select_end)
+        nk_textedit_delete_selection(&edit);
+    edit.cursor = std::clamp(edit.cursor, 0, edit.string.len);
+
+    const nk_buffer &buffer = edit.string.buffer;
+    const auto room = static_cast<int>(buffer.memory.size - buffer.allocated);
+    const int available = static_cast<int>(strnlen(text, static_cast<std::size_t>(room)));
+    const int bytes = bytes_of(text, INT_MAX, available);
+    if (bytes == 0)
+        return;
+    const int before = edit.string.len;
+    if (nk_str_insert_at_rune(&edit.string, edit.cursor, text, bytes) == 0)
+        return;
+    const int characters = edit.string.len - before;
+    record_insertion(edit.undo, edit.cursor, characters);
+    edit.cursor += characters;
+    edit.has_preferred_x = 0;
+}
+
+} // namespace vimbo

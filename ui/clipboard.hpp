@@ -1,0 +1,17 @@
+#pragma once
+
+struct GLFWwindow;
+struct nk_context;
+struct nk_text_edit;
+
+namespace vimbo
+{
+
+/// Replaces the backend's clipboard callbacks, which take characters for bytes.
+void use_clipboard(GLFWwindow *window, nk_context *context);
+
+/// Puts `text` in place of the edit's selection, as much of it as fits, in one
+/// piece that one undo takes back.
+void paste_text(nk_text_edit &edit, const char *text);
+
+} // namespace vimbo

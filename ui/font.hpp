@@ -1,0 +1,25 @@
+// The one font, with the characters that the program's own labels need.
+#pragma once
+
+#include "ui/nuklear.hpp"
+
+#include <span>
+
+namespace vimbo
+{
+
+/// Where the font lies relative to the working directory, or failing that to
+/// the program's own directory.
+inline constexpr char font_path[] = "../share/pellor/common/fonts/iosevka-regular.ttf";
+
+/// Finds the font file. False, with an empty path, when it is nowhere.
+bool find_font_file(std::span<char> path);
+
+/// Adds the font file to the atlas, between its begin and its end. Null when the
+/// file is none that can be read.
+struct nk_font *add_font(nk_font_atlas *atlas, const char *path);
+
+/// Once the atlas is baked: a tab and a carriage return show as blank space.
+void blank_control_characters(struct nk_font *font);
+
+} // namespace vimbo
