@@ -71,8 +71,7 @@ bool read_command_line(app_state &app, int argument_count, char *const arguments
                 return false;
             break;
         case 'w':
-            (void)!std::sscanf(optarg, "%d,%d", &app.frame.window_width,
-                               &app.frame.window_height);
+            (void)!std::sscanf(optarg, "%d,%d", &app.frame.window_width, &app.frame.window_height);
             break;
         default:
             print_usage(arguments[0]);

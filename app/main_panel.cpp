@@ -14,8 +14,8 @@ namespace
 constexpr float panel_width = 256; // at least
 constexpr float toggle_width = 24;
 constexpr float toggle_height = 24;
-constexpr float upper_height = 512;      // while the lower row is shown
-constexpr float above_lower_row = 616;   // what the other rows take of the window
+constexpr float upper_height = 512;     // while the lower row is shown
+constexpr float above_lower_row = 616;  // what the other rows take of the window
 constexpr float beside_upper_row = 104; // the same while there is no lower row
 
 void toggle_button(frame_state &frame, const char *label, std::uint32_t ui_flag)
@@ -78,8 +78,8 @@ void main_panel(app_state &app)
     frame_state &frame = app.frame;
     const struct nk_rect whole_window = nk_rect(0, 0, static_cast<float>(frame.window_width),
                                                 static_cast<float>(frame.window_height));
-    if (nk_begin(frame.context, "MeRo", whole_window,
-                 NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) != 0) {
+    if (nk_begin(frame.context, "MeRo", whole_window, NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) !=
+        0) {
         tray_bar(frame, app.bar, app.editor, app.mosaic);
         upper_row(app);
         nk_layout_row_dynamic(frame.context, toggle_height, 1);

@@ -89,8 +89,7 @@ GLFWwindow *open_window(app_state &app)
     keep_all_input(window, app.frame.context);
     set_up_font(app.frame.context);
     app.path_program = build_path_program();
-    app.tray_outline =
-        build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
+    app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
     return window;
 }
 

@@ -99,8 +99,8 @@ void start_evaluation(frame_state &frame, evaluation_state &evaluation, const ch
     start_evaluator(frame, evaluation, command, "Compilling.");
 }
 
-void start_integration(frame_state &frame, evaluation_state &evaluation,
-                       const mosaic_state &mosaic, const char *source_text)
+void start_integration(frame_state &frame, evaluation_state &evaluation, const mosaic_state &mosaic,
+                       const char *source_text)
 {
     if (!is_idle(evaluation.eval_job, frame.ui_flags, ui_flag::eval_running))
         return;

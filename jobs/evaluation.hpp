@@ -32,8 +32,8 @@ void start_evaluation(frame_state &frame, evaluation_state &evaluation, const ch
 
 /// Builds the current mosaic from `source_text`, creating the tray's directory
 /// for mosaics where it is missing. Does nothing unless the evaluator is idle.
-void start_integration(frame_state &frame, evaluation_state &evaluation,
-                       const mosaic_state &mosaic, const char *source_text);
+void start_integration(frame_state &frame, evaluation_state &evaluation, const mosaic_state &mosaic,
+                       const char *source_text);
 
 /// Asks the running evaluator to stop, by a file that it looks for.
 void request_stop();

@@ -1,6 +1,8 @@
 #include "mosaic/mosaic.hpp"
 
 #include "mosaic/mosaic_file.hpp"
+#include "mosaic/path_attributes.hpp"
+#include "mosaic/path_vertex.hpp"
 #include "platform/files.hpp"
 
 #include <cstdio>

@@ -1,8 +1,9 @@
 // The tray's current mosaic: which file it is, and what of it is on the GPU.
 #pragma once
 
-#include "mosaic/path_vertex.hpp"
 #include "ui/frame_state.hpp"
+
+#include <GL/glew.h>
 
 #include <cstddef>
 #include <cstdint>

@@ -14,8 +14,6 @@ static_assert(std::endian::native == std::endian::little);
 bool read_mosaic_header(std::span<const unsigned char, mosaic_header_size> header,
                         std::uint64_t body_bytes, mosaic_body &body)
 {
-    constexpr std::size_t element_size_offset = 12;
-    constexpr std::size_t element_count_offset = 16;
     std::memcpy(&body.element_size, &header[element_size_offset], sizeof body.element_size);
     std::memcpy(&body.element_count, &header[element_count_offset], sizeof body.element_count);
 

@@ -9,6 +9,10 @@ namespace vimbo
 {
 
 inline constexpr std::size_t mosaic_header_size = 32;
+/// Where the header has the elements' size in bytes, 32 bits, and their count,
+/// 64 bits. Its other bytes are the tool chain's own.
+inline constexpr std::size_t element_size_offset = 12;
+inline constexpr std::size_t element_count_offset = 16;
 
 /// What a mosaic file's header says of its body.
 struct mosaic_body {

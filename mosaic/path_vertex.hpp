@@ -1,7 +1,5 @@
 #pragma once
 
-#include <GL/glew.h>
-
 #include <cstdint>
 
 namespace vimbo
@@ -19,13 +17,5 @@ struct path_vertex {
     length_unit y;
 };
 static_assert(sizeof(path_vertex) == 8);
-
-/// Locations of the vertex shader's inputs.
-inline constexpr GLuint position_attribute = 0; // vp: x and y, normalised
-inline constexpr GLuint flag_attribute = 1;     // vn: y again, as an integer
-
-/// Describes the bound array buffer to the bound vertex array as path_vertex
-/// records.
-void set_path_vertex_attributes();
 
 } // namespace vimbo

@@ -1,6 +1,6 @@
 #include "render/path_program.hpp"
 
-#include "mosaic/path_vertex.hpp"
+#include "mosaic/path_attributes.hpp"
 
 #include <cstdio>
 

@@ -57,8 +57,7 @@ void draw_preview(const frame_state &frame, const preview_state &preview, GLuint
     glClearColor(0.432F, 0.557F, 0.745F, 0.0F);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
-    const path_matrix matrix =
-        preview_matrix(preview, frame.window_width, frame.window_height);
+    const path_matrix matrix = preview_matrix(preview, frame.window_width, frame.window_height);
     draw_path_buffer(program, matrix, mosaic.mosaic_vao,
                      replayed_vertices(mosaic.mosaic_vertex_count, preview.replay_position),
                      mosaic_colours);

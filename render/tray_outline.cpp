@@ -1,5 +1,7 @@
 #include "render/tray_outline.hpp"
 
+#include "mosaic/path_attributes.hpp"
+
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -28,8 +30,10 @@ path_vertex outline_vertex(double x, double y)
 void compute_tray_outline(const tray_extent &extent,
                           std::span<path_vertex, tray_outline_vertices> vertices)
 {
-    const double right = extent.width / 2;
-    const double top = extent.height / 2;
+    const length_unit half_width = extent.width / 2; // in whole units
+    const length_unit half_height = extent.height / 2;
+    const double right = half_width;
+    const double top = half_height;
     for (std::size_t k = 0; k < vertices_per_corner; ++k) {
         const double angle = static_cast<double>(k) * (1.0 / 16.0) * (std::numbers::pi / 2.0);
         const double c = extent.corner_radius * std::cos(angle);
@@ -54,9 +58,8 @@ path_buffer build_tray_outline(length_unit width, length_unit height, length_uni
     set_path_vertex_attributes();
     auto *mapped = static_cast<path_vertex *>(glMapBuffer(GL_ARRAY_BUFFER, GL_WRITE_ONLY));
     if (mapped != nullptr) {
-        compute_tray_outline(
-            {width, height, radius},
-            std::span<path_vertex, tray_outline_vertices>(mapped, tray_outline_vertices));
+        compute_tray_outline({width, height, radius}, std::span<path_vertex, tray_outline_vertices>(
+                                                          mapped, tray_outline_vertices));
         glUnmapBuffer(GL_ARRAY_BUFFER);
     }
     glBindVertexArray(0);

@@ -4,7 +4,7 @@
 #include "mosaic/path_vertex.hpp"
 #include "render/path_buffer.hpp"
 
-#include <cstdint>
+#include <cstddef>
 #include <span>
 
 namespace vimbo
@@ -18,8 +18,8 @@ struct tray_extent {
     length_unit corner_radius = 10 * length_units_per_mm;
 };
 
-inline constexpr std::int32_t vertices_per_corner = 17;
-inline constexpr std::int32_t tray_outline_vertices = 4 * vertices_per_corner + 1;
+inline constexpr std::size_t vertices_per_corner = 17;
+inline constexpr std::size_t tray_outline_vertices = 4 * vertices_per_corner + 1;
 
 /// The outline's vertices, counter-clockwise from the right edge, all with flag
 /// 0. Sums beyond 32 bits wrap around.

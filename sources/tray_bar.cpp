@@ -90,9 +90,9 @@ void tray_picker(frame_state &frame, tray_bar_state &bar, mosaic_state &mosaic)
 {
     char parent[tray_directory_capacity];
     set_text(parent, path_parent(mosaic.tray_directory));
-    const char *picked = path_picker(frame.context, bar.picker, parent,
-                                     path_name_part(mosaic.tray_directory),
-                                     picker_mode::directories);
+    const char *picked =
+        path_picker(frame.context, bar.picker, parent, path_name_part(mosaic.tray_directory),
+                    picker_mode::directories);
     if (picked != nullptr)
         choose_tray(frame, mosaic, picked);
 }

@@ -200,8 +200,7 @@ void axis_labels(nk_context *context, std::int32_t stats_chart)
 
 } // namespace
 
-void statistics_panel(frame_state &frame, statistics_state &statistics,
-                      const mosaic_state &mosaic)
+void statistics_panel(frame_state &frame, statistics_state &statistics, const mosaic_state &mosaic)
 {
     nk_context *context = frame.context;
     if (nk_group_begin(context, "Statistics",

@@ -18,7 +18,6 @@ struct statistics_state {
 
 /// The Statistics panel, one cell of the row that is being laid out: run button
 /// or spinner, choice of chart, the chart with its scale and labels.
-void statistics_panel(frame_state &frame, statistics_state &statistics,
-                      const mosaic_state &mosaic);
+void statistics_panel(frame_state &frame, statistics_state &statistics, const mosaic_state &mosaic);
 
 } // namespace vimbo

@@ -19,7 +19,7 @@ inline constexpr std::size_t stats_value_count = locality_count + direction_coun
 
 /// What the charts show, and the run that will replace it. Main thread only.
 struct stats_run_state {
-    float stats_locality[locality_count];   // r̿(k), k = 1 to 32
+    float stats_locality[locality_count];    // r̿(k), k = 1 to 32
     float stats_directions[direction_count]; // mark length per direction over all length
     float stats_moves[move_count];           // mark, then jump length over all length
     /// The tool; its running bit is ui_flag::stats_running.

@@ -51,9 +51,9 @@ bool looks_like_a_font(const char *path)
     const bool read = std::fread(tag, sizeof tag, 1, file) == 1;
     std::fclose(file);
     constexpr char true_type[] = {'\0', '\1', '\0', '\0'};
-    return read && (std::memcmp(tag, true_type, sizeof tag) == 0 ||
-                    std::memcmp(tag, "true", sizeof tag) == 0 ||
-                    std::memcmp(tag, "OTTO", sizeof tag) == 0);
+    return read &&
+           (std::memcmp(tag, true_type, sizeof tag) == 0 ||
+            std::memcmp(tag, "true", sizeof tag) == 0 || std::memcmp(tag, "OTTO", sizeof tag) == 0);
 }
 
 } // namespace

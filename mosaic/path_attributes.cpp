@@ -1,3 +1,5 @@
+#include "mosaic/path_attributes.hpp"
+
 #include "mosaic/path_vertex.hpp"
 
 #include <cstddef>

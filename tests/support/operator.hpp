@@ -1,0 +1,56 @@
+// Plays the operator: clicks the running program's widgets by their labels. It
+// lays the same panels out beside the program to know where they are.
+#pragma once
+
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/x_session.hpp"
+
+#include <string>
+#include <string_view>
+
+namespace bench
+{
+
+class desk_operator
+{
+public:
+    struct desk {
+        int width, height;
+        std::string source_directory;
+        std::string tray_directory;
+    };
+    desk_operator(x_session &screen, const desk &where);
+
+    /// Where the nth widget labelled so lies now.
+    point place_of(std::string_view label, int nth = 0);
+
+    /// Clicks a widget that only changes the layout, such as a panel's toggle.
+    void toggle(std::string_view label, int nth = 0);
+    /// Clicks a widget that makes the program act; the layout is taken to stay.
+    void press(std::string_view label, int nth = 0);
+    /// Opens the combo box labelled so and clicks one of its items.
+    void choose(std::string_view combo, std::string_view item);
+
+    /// The editor row's and the picture's middles.
+    point editor();
+    struct nk_rect picture();
+
+    void show_bottom();  // the "-" below the editor
+    void show_preview(); // the lower "|"; the bottom must be shown
+    void show_statistics();
+
+    const x_session &screen() const
+    {
+        return session;
+    }
+
+private:
+    x_session &session;
+    panel_bench layout;
+    std::string source_directory;
+};
+
+/// What a desk operator needs of a running program: a window under its title.
+unsigned long wait_for_window(const x_session &screen);
+
+} // namespace bench

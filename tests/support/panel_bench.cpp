@@ -1,0 +1,134 @@
+#include "tests/support/panel_bench.hpp"
+
+#include <stdexcept>
+
+namespace bench
+{
+
+namespace
+{
+
+constexpr float glyph_width = 8;
+constexpr float glyph_height = 16;
+
+float text_width(nk_handle /*user*/, float /*height*/, const char *text, int length)
+{
+    return glyph_width * static_cast<float>(nk_utf_len(text, length));
+}
+
+} // namespace
+
+panel_bench::panel_bench(int width, int height) : state(std::make_unique<vimbo::app_state>())
+{
+    font.height = glyph_height;
+    font.width = text_width;
+    nk_init_default(&context, &font);
+    state->frame.context = &context;
+    state->frame.window_width = width;
+    state->frame.window_height = height;
+    vimbo::initialise_panels(*state);
+}
+
+panel_bench::~panel_bench()
+{
+    nk_free(&context);
+}
+
+void panel_bench::frame()
+{
+    nk_input_begin(&context);
+    nk_input_motion(&context, pointer.x, pointer.y);
+    for (int button = 0; button < NK_BUTTON_MAX; ++button)
+        nk_input_button(&context, static_cast<nk_buttons>(button), pointer.x, pointer.y,
+                        button_down[button] ? nk_true : nk_false);
+    nk_input_scroll(&context, nk_vec2(0, notches));
+    for (const char c : typed)
+        nk_input_char(&context, c);
+    for (int key = NK_KEY_NONE + 1; key < NK_KEY_MAX; ++key)
+        nk_input_key(&context, static_cast<nk_keys>(key), pressed_key == key ? nk_true : nk_false);
+    nk_input_end(&context);
+    typed.clear();
+    pressed_key.reset();
+    notches = 0;
+
+    vimbo::reset_frame_flags(state->frame);
+    vimbo::main_panel(*state);
+    collect_texts();
+    nk_clear(&context);
+}
+
+void panel_bench::collect_texts()
+{
+    drawn.clear();
+    const nk_command *command = nullptr;
+    nk_foreach(command, &context)
+    {
+        if (command->type != NK_COMMAND_TEXT)
+            continue;
+        const auto *text = reinterpret_cast<const nk_command_text *>(command);
+        drawn.push_back({std::string(text->string, static_cast<std::size_t>(text->length)),
+                         nk_rect(text->x, text->y, text->w, text->h)});
+    }
+}
+
+std::optional<point> panel_bench::find(std::string_view label, int nth) const
+{
+    for (const drawn_text &text : drawn)
+        if (text.text == label && nth-- == 0)
+            return point{static_cast<int>(text.bounds.x + text.bounds.w / 2),
+                         static_cast<int>(text.bounds.y + text.bounds.h / 2)};
+    return std::nullopt;
+}
+
+void panel_bench::move(point to)
+{
+    pointer = to;
+}
+
+void panel_bench::press(point at, nk_buttons button)
+{
+    pointer = at;
+    button_down[button] = true;
+}
+
+void panel_bench::release(point at, nk_buttons button)
+{
+    pointer = at;
+    button_down[button] = false;
+}
+
+void panel_bench::click(point at, nk_buttons button)
+{
+    move(at);
+    frame();
+    press(at, button);
+    frame();
+    release(at, button);
+    frame();
+}
+
+void panel_bench::click(std::string_view label, int nth)
+{
+    frame();
+    const std::optional<point> at = find(label, nth);
+    if (!at)
+        throw std::runtime_error("no label reads \"" + std::string(label) + '"');
+    click(*at);
+}
+
+void panel_bench::scroll(float count)
+{
+    notches = count;
+}
+
+void panel_bench::type(std::string_view text)
+{
+    typed = text;
+}
+
+void panel_bench::key(nk_keys key)
+{
+    pressed_key = key;
+}
+
+} // namespace bench

@@ -1,0 +1,79 @@
+// The program's panels without a window: a Nuklear context with a made-up font,
+// input injected, and labels found where the layout puts them.
+#pragma once
+
+#include "app/app_state.hpp"
+#include "app/main_panel.hpp"
+#include "ui/flags.hpp"
+#include "ui/nuklear.hpp"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace bench
+{
+
+struct point {
+    int x, y;
+};
+
+/// A text as the last frame drew it.
+struct drawn_text {
+    std::string text;
+    struct nk_rect bounds;
+};
+
+class panel_bench
+{
+public:
+    panel_bench(int width = 1600, int height = 1240);
+    ~panel_bench();
+    panel_bench(const panel_bench &) = delete;
+    panel_bench &operator=(const panel_bench &) = delete;
+
+    vimbo::app_state &app()
+    {
+        return *state;
+    }
+
+    /// Lays one frame out with the input injected since the last one.
+    void frame();
+
+    /// Everything that the last frame wrote, in drawing order.
+    const std::vector<drawn_text> &texts() const
+    {
+        return drawn;
+    }
+
+    /// Centre of the nth text that reads exactly so.
+    std::optional<point> find(std::string_view label, int nth = 0) const;
+
+    void move(point to);
+    void press(point at, nk_buttons button = NK_BUTTON_LEFT);
+    void release(point at, nk_buttons button = NK_BUTTON_LEFT);
+    /// Presses in one frame and releases in the next.
+    void click(point at, nk_buttons button = NK_BUTTON_LEFT);
+    /// The same on a label; it must be there.
+    void click(std::string_view label, int nth = 0);
+    void scroll(float notches);
+    void type(std::string_view text);
+    void key(nk_keys key);
+
+private:
+    void collect_texts();
+
+    std::unique_ptr<vimbo::app_state> state;
+    nk_context context = {};
+    nk_user_font font = {};
+    std::vector<drawn_text> drawn;
+    std::string typed;
+    std::optional<nk_keys> pressed_key;
+    point pointer = {-1, -1};
+    float notches = 0;
+    bool button_down[NK_BUTTON_MAX] = {};
+};
+
+} // namespace bench

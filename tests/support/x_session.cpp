@@ -1,0 +1,314 @@
+#include "tests/support/x_session.hpp"
+
+#include <X11/extensions/XTest.h>
+#include <X11/keysym.h>
+#include <X11/XKBlib.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <fcntl.h>
+#include <png.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+
+namespace bench
+{
+
+namespace
+{
+
+constexpr auto poll_interval = std::chrono::milliseconds(10);
+// Longer than a frame takes under a software renderer on a loaded machine.
+constexpr auto hold_time = std::chrono::milliseconds(120);
+
+// In a fresh child: ends together with the test that started it.
+void die_with_parent()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+std::vector<char *> pointers_to(std::vector<std::string> &texts)
+{
+    std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
+    for (std::string &text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+} // namespace
+
+void save_png(const image &picture, const std::string &path)
+{
+    png_image file = {};
+    file.version = PNG_IMAGE_VERSION;
+    file.width = static_cast<png_uint_32>(picture.width);
+    file.height = static_cast<png_uint_32>(picture.height);
+    file.format = PNG_FORMAT_RGB;
+    if (png_image_write_to_file(&file, path.c_str(), 0, picture.pixels.data(), 0, nullptr) == 0)
+        throw std::runtime_error("cannot write " + path);
+}
+
+bool wait_until(const std::function<bool()> &condition, std::chrono::milliseconds limit)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return false;
+        std::this_thread::sleep_for(poll_interval);
+    }
+    return true;
+}
+
+x_session::x_session(int width, int height)
+{
+    int ends[2] = {};
+    if (pipe(ends) != 0)
+        throw std::runtime_error("no pipe");
+    const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
+    const std::string number_end = std::to_string(ends[1]);
+    server = fork();
+    if (server == 0) {
+        die_with_parent();
+        const int nowhere = open("/dev/null", O_WRONLY);
+        dup2(nowhere, STDERR_FILENO);
+        close(ends[0]);
+        execlp("Xvfb", "Xvfb", "-displayfd", number_end.c_str(), "-screen", "0", screen.c_str(),
+               "-nolisten", "tcp", "-noreset", nullptr);
+        _exit(127);
+    }
+    close(ends[1]);
+    char number[16] = {};
+    const ssize_t length = read(ends[0], number, sizeof number - 1);
+    close(ends[0]);
+    if (length <= 1)
+        throw std::runtime_error("Xvfb did not start");
+    number[length - 1] = '\0';
+    display_name = std::string(":") + number;
+    display = XOpenDisplay(display_name.c_str());
+    if (display == nullptr)
+        throw std::runtime_error("no X display");
+}
+
+x_session::~x_session()
+{
+    if (display != nullptr)
+        XCloseDisplay(display);
+    if (server > 0) {
+        kill(server, SIGTERM);
+        waitpid(server, nullptr, 0);
+    }
+}
+
+unsigned long x_session::find_window(std::string_view title) const
+{
+    Window root = 0;
+    Window parent = 0;
+    Window *children = nullptr;
+    unsigned int count = 0;
+    XQueryTree(display, DefaultRootWindow(display), &root, &parent, &children, &count);
+    unsigned long found = 0;
+    for (unsigned int i = 0; i < count && found == 0; ++i) {
+        char *name = nullptr;
+        XWindowAttributes attributes = {};
+        if (XFetchName(display, children[i], &name) != 0 && name != nullptr && title == name &&
+            XGetWindowAttributes(display, children[i], &attributes) != 0 &&
+            attributes.map_state == IsViewable)
+            found = children[i];
+        XFree(name);
+    }
+    XFree(children);
+    return found;
+}
+
+void x_session::close_window(unsigned long window) const
+{
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, window, False, NoEventMask, &event);
+    XSync(display, False);
+}
+
+void x_session::resize_window(unsigned long window, int width, int height) const
+{
+    XResizeWindow(display, window, static_cast<unsigned int>(width),
+                  static_cast<unsigned int>(height));
+    XSync(display, False);
+}
+
+void x_session::move(point to) const
+{
+    XTestFakeMotionEvent(display, -1, to.x, to.y, CurrentTime);
+    XSync(display, False);
+}
+
+void x_session::press(int button) const
+{
+    XTestFakeButtonEvent(display, static_cast<unsigned int>(button), True, CurrentTime);
+    XSync(display, False);
+}
+
+void x_session::release(int button) const
+{
+    XTestFakeButtonEvent(display, static_cast<unsigned int>(button), False, CurrentTime);
+    XSync(display, False);
+}
+
+void x_session::click(point at, int button) const
+{
+    move(at);
+    std::this_thread::sleep_for(hold_time);
+    press(button);
+    std::this_thread::sleep_for(hold_time);
+    release(button);
+    std::this_thread::sleep_for(hold_time);
+}
+
+void x_session::scroll(int notches) const
+{
+    constexpr int up = 4;
+    constexpr int down = 5;
+    for (int i = 0; i < std::abs(notches); ++i) {
+        press(notches > 0 ? up : down);
+        release(notches > 0 ? up : down);
+    }
+}
+
+void x_session::send_key(unsigned int code, bool down) const
+{
+    XTestFakeKeyEvent(display, code, down ? True : False, CurrentTime);
+    XSync(display, False);
+}
+
+// A symbol that no key has is put on one that has none.
+unsigned int x_session::code_of(unsigned long symbol, bool &shift) const
+{
+    shift = false;
+    const KeyCode code = XKeysymToKeycode(display, symbol);
+    if (code != 0) {
+        shift = XkbKeycodeToKeysym(display, code, 0, 0) != symbol;
+        return code;
+    }
+    constexpr KeyCode spare = 250;
+    KeySym symbols[2] = {symbol, symbol};
+    XChangeKeyboardMapping(display, spare, 2, symbols, 1);
+    XSync(display, False);
+    std::this_thread::sleep_for(hold_time);
+    return spare;
+}
+
+void x_session::key(std::string_view name) const
+{
+    constexpr std::string_view control = "ctrl+";
+    const bool with_control = name.starts_with(control);
+    if (with_control)
+        name.remove_prefix(control.size());
+    const KeySym symbol = XStringToKeysym(std::string(name).c_str());
+    if (symbol == NoSymbol)
+        throw std::runtime_error("no key is called " + std::string(name));
+    bool shift = false;
+    const unsigned int code = code_of(symbol, shift);
+    const unsigned int control_code = XKeysymToKeycode(display, XK_Control_L);
+    if (with_control)
+        send_key(control_code, true);
+    send_key(code, true);
+    std::this_thread::sleep_for(hold_time);
+    send_key(code, false);
+    if (with_control)
+        send_key(control_code, false);
+    std::this_thread::sleep_for(hold_time);
+}
+
+void x_session::type(std::u32string_view text) const
+{
+    constexpr unsigned long unicode_symbols = 0x01000000;
+    constexpr char32_t last_latin_1 = 0xFF;
+    const unsigned int shift_code = XKeysymToKeycode(display, XK_Shift_L);
+    for (const char32_t character : text) {
+        const unsigned long symbol =
+            character <= last_latin_1 ? character : unicode_symbols + character;
+        bool shift = false;
+        const unsigned int code = code_of(symbol, shift);
+        if (shift)
+            send_key(shift_code, true);
+        send_key(code, true);
+        send_key(code, false);
+        if (shift)
+            send_key(shift_code, false);
+    }
+    std::this_thread::sleep_for(hold_time);
+}
+
+image x_session::screenshot() const
+{
+    const Window root = DefaultRootWindow(display);
+    XWindowAttributes attributes = {};
+    XGetWindowAttributes(display, root, &attributes);
+    XImage *raw = XGetImage(display, root, 0, 0, static_cast<unsigned int>(attributes.width),
+                            static_cast<unsigned int>(attributes.height), AllPlanes, ZPixmap);
+    image picture = {attributes.width, attributes.height, {}};
+    picture.pixels.reserve(static_cast<std::size_t>(picture.width) *
+                           static_cast<std::size_t>(picture.height));
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const unsigned long pixel = XGetPixel(raw, x, y);
+            picture.pixels.push_back({static_cast<std::uint8_t>(pixel >> 16),
+                                      static_cast<std::uint8_t>(pixel >> 8),
+                                      static_cast<std::uint8_t>(pixel)});
+        }
+    XDestroyImage(raw);
+    return picture;
+}
+
+program::program(const options &how)
+{
+    process = fork();
+    if (process != 0)
+        return;
+    die_with_parent();
+    const int output = open(how.output.empty() ? "/dev/null" : how.output.c_str(),
+                            O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    dup2(output, STDOUT_FILENO);
+    dup2(output, STDERR_FILENO);
+    for (const std::string &variable : how.environment)
+        putenv(const_cast<char *>(variable.c_str()));
+    if (!how.directory.empty() && chdir(how.directory.c_str()) != 0)
+        _exit(126);
+    std::vector<std::string> arguments = how.arguments;
+    const std::vector<char *> list = pointers_to(arguments);
+    execvp(list[0], list.data());
+    _exit(127);
+}
+
+program::~program()
+{
+    if (running()) {
+        kill(process, SIGKILL);
+        waitpid(process, nullptr, 0);
+    }
+}
+
+bool program::running()
+{
+    if (!ended)
+        ended = waitpid(process, &status, WNOHANG) == process;
+    return !ended;
+}
+
+int program::wait_for_end(std::chrono::milliseconds limit)
+{
+    return wait_until([this] { return !running(); }, limit) ? status : -1;
+}
+
+} // namespace bench

@@ -1,0 +1,116 @@
+// The operator's place: an X server of its own, with a real pointer and keyboard
+// on it, and eyes.
+#pragma once
+
+#include "tests/support/panel_bench.hpp"
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct _XDisplay; // NOLINT(bugprone-reserved-identifier): Xlib's own name for it
+
+namespace bench
+{
+
+struct colour {
+    std::uint8_t red, green, blue;
+    bool operator==(const colour &) const = default;
+};
+
+struct image {
+    int width, height;
+    std::vector<colour> pixels;
+
+    colour at(int x, int y) const
+    {
+        return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                      static_cast<std::size_t>(x)];
+    }
+};
+
+/// Writes a PNG file.
+void save_png(const image &picture, const std::string &path);
+
+/// Polls until the condition holds. False when it does not within the time.
+bool wait_until(const std::function<bool()> &condition,
+                std::chrono::milliseconds limit = std::chrono::seconds(20));
+
+/// A virtual X server with one client of its own.
+class x_session
+{
+public:
+    explicit x_session(int width = 1920, int height = 1300);
+    ~x_session();
+    x_session(const x_session &) = delete;
+    x_session &operator=(const x_session &) = delete;
+
+    /// As the environment's DISPLAY names it.
+    const std::string &name() const
+    {
+        return display_name;
+    }
+
+    /// The top-level window with this title; 0 when there is none.
+    unsigned long find_window(std::string_view title) const;
+    /// Asks the window to close, as its close button does.
+    void close_window(unsigned long window) const;
+    void resize_window(unsigned long window, int width, int height) const;
+
+    void move(point to) const;
+    void press(int button = 1) const;
+    void release(int button = 1) const;
+    /// Down long enough for a slow frame to see it.
+    void click(point at, int button = 1) const;
+    void scroll(int notches) const;
+    /// A key by its X name, such as "Return" or "ctrl+a".
+    void key(std::string_view name) const;
+    void type(std::u32string_view text) const;
+
+    image screenshot() const;
+
+private:
+    void send_key(unsigned int code, bool down) const;
+    unsigned int code_of(unsigned long symbol, bool &shift) const;
+
+    pid_t server = 0;
+    std::string display_name;
+    _XDisplay *display = nullptr;
+};
+
+/// A program under test, with its output in files.
+class program
+{
+public:
+    struct options {
+        std::vector<std::string> arguments;   // the program's own path first
+        std::vector<std::string> environment; // "NAME=value" beside what is inherited
+        std::string directory;                // empty: here
+        std::string output;                   // where standard output and error go
+    };
+    explicit program(const options &how);
+    ~program();
+    program(const program &) = delete;
+    program &operator=(const program &) = delete;
+
+    pid_t id() const
+    {
+        return process;
+    }
+    bool running();
+    /// Waits for its end; its wait status, or -1 when it did not come in time.
+    int wait_for_end(std::chrono::milliseconds limit = std::chrono::seconds(20));
+
+private:
+    pid_t process = 0;
+    int status = 0;
+    bool ended = false;
+};
+
+} // namespace bench

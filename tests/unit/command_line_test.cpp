@@ -1,0 +1,121 @@
+#include "app/command_line.hpp"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using vimbo::app_state;
+
+struct outcome {
+    bool accepted;
+    std::unique_ptr<app_state> app;
+    std::string message;
+};
+
+outcome read(std::vector<std::string> arguments)
+{
+    arguments.insert(arguments.begin(), "the-program");
+    std::vector<char *> pointers;
+    for (std::string &argument : arguments)
+        pointers.push_back(argument.data());
+    outcome result = {false, std::make_unique<app_state>(), {}};
+    optind = 0; // getopt starts over
+    testing::internal::CaptureStderr();
+    result.accepted =
+        vimbo::read_command_line(*result.app, static_cast<int>(pointers.size()), pointers.data());
+    result.message = testing::internal::GetCapturedStderr();
+    return result;
+}
+
+const std::string usage =
+    "Vimbo is mero's interface to korvat.\nusage: the-program [-e tr_w,tr_h,tr_r] [-t "
+    "tray_directory] [-s src directory] [-w wndw_w,wndw_h]\n\t-e\twidth,height,radius\t\tExtent of "
+    "the tray (rounded rectangle form) [mm].\n\t-s\tpath\t\t\t\tPath of the sources' "
+    "directory.\n\t-t\tpath\t\t\t\tPath to the tray.\n\t-w\twidth,height\t\t\tWindow size [px].\n";
+
+TEST(CommandLine, HasItsDefaults)
+{
+    const outcome result = read({});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->frame.window_width, 1920);
+    EXPECT_EQ(result.app->frame.window_height, 1080);
+    EXPECT_EQ(result.app->tray.width, 25600000);
+    EXPECT_EQ(result.app->tray.height, 25600000);
+    EXPECT_EQ(result.app->tray.corner_radius, 2560000);
+    EXPECT_STREQ(result.app->bar.source_directory, "./");
+    EXPECT_STREQ(result.app->mosaic.tray_directory, "./");
+}
+
+TEST(CommandLine, TakesTheTraysExtentInMillimetres)
+{
+    const outcome result = read({"-e", "120,80,5"});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->tray.width, 30720000);
+    EXPECT_EQ(result.app->tray.height, 20480000);
+    EXPECT_EQ(result.app->tray.corner_radius, 1280000);
+}
+
+TEST(CommandLine, MultipliesNumbersThatAShortExtentDoesNotReach)
+{
+    const outcome result = read({"-e", "50"});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->tray.width, 12800000);
+    // 25600000 * 256000 and 2560000 * 256000, wrapped around at 32 bits.
+    EXPECT_EQ(result.app->tray.height, -520093696);
+    EXPECT_EQ(result.app->tray.corner_radius, -1769996288);
+}
+
+TEST(CommandLine, KeepsTheLastOfAnOptionGivenTwice)
+{
+    const outcome result = read({"-w", "640,480", "-s", "a", "-w", "800,600", "-s", "b"});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->frame.window_width, 800);
+    EXPECT_EQ(result.app->frame.window_height, 600);
+    EXPECT_STREQ(result.app->bar.source_directory, "b");
+}
+
+TEST(CommandLine, TakesAnySizeUnchecked)
+{
+    const outcome result = read({"-e", "0,-1,0", "-w", "0,-5"});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->tray.width, 0);
+    EXPECT_EQ(result.app->tray.height, -256000);
+    EXPECT_EQ(result.app->frame.window_height, -5);
+}
+
+TEST(CommandLine, AnswersAnUnknownOptionWithTheUsageAlone)
+{
+    const outcome result = read({"-x"});
+    EXPECT_FALSE(result.accepted);
+    EXPECT_EQ(result.message, usage);
+}
+
+TEST(CommandLine, AnswersAMissingArgumentWithTheUsageAlone)
+{
+    const outcome result = read({"-e"});
+    EXPECT_FALSE(result.accepted);
+    EXPECT_EQ(result.message, usage);
+}
+
+TEST(CommandLine, TakesATrayDirectoryOf255Bytes)
+{
+    const std::string longest(255, 't');
+    const outcome result = read({"-t", longest});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->mosaic.tray_directory, longest);
+}
+
+TEST(CommandLine, RefusesATrayDirectoryOf256BytesInOneLine)
+{
+    const outcome result = read({"-t", std::string(256, 't')});
+    EXPECT_FALSE(result.accepted);
+    EXPECT_EQ(result.message, "the-program: the tray directory's path is longer than 255 bytes.\n");
+}
+
+} // namespace

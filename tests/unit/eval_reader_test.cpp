@@ -1,0 +1,71 @@
+#include "jobs/eval_reader.hpp"
+#include "jobs/evaluation.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+using vimbo::eval_output_capacity;
+
+std::string laid_out(const std::string &input, bool at_end)
+{
+    char output[eval_output_capacity] = {};
+    vimbo::format_eval_output(input, at_end, output);
+    return output;
+}
+
+std::string letters(std::size_t count)
+{
+    return std::string(count, 'a');
+}
+
+std::string full_lines(int count)
+{
+    std::string lines;
+    for (int i = 0; i < count; ++i)
+        lines += letters(255) + '\n';
+    return lines;
+}
+
+TEST(EvalOutput, EndsAShortTextWithALineFeed)
+{
+    EXPECT_EQ(laid_out("ok", true), "ok\n");
+    EXPECT_EQ(laid_out("ok\n", true), "ok\n\n");
+}
+
+TEST(EvalOutput, KeepsOnePieceOf255BytesWhole)
+{
+    EXPECT_EQ(laid_out(letters(255), true), full_lines(1));
+    EXPECT_EQ(laid_out(letters(256), true), full_lines(1) + "a\n");
+}
+
+TEST(EvalOutput, CutsLongOutputIntoPieces)
+{
+    EXPECT_EQ(laid_out(letters(600), true), full_lines(2) + letters(90) + '\n');
+}
+
+TEST(EvalOutput, LosesWhatIsBehindTheFifteenthPieceWithoutAMark)
+{
+    EXPECT_EQ(laid_out(letters(3825), true), full_lines(15));
+    EXPECT_EQ(laid_out(letters(3826), true), full_lines(15));
+    EXPECT_EQ(laid_out(letters(4095), true), full_lines(15));
+}
+
+TEST(EvalOutput, MarksOutputThatWasNotReadToItsEnd)
+{
+    EXPECT_EQ(laid_out(letters(4096), false), full_lines(15) + "...\n");
+}
+
+TEST(StatusLine, TellsTheExitStatus)
+{
+    EXPECT_EQ(vimbo::status_line(0), "Status: ok.\n");
+    EXPECT_EQ(vimbo::status_line(3), "Status: uknown.\n");
+    EXPECT_EQ(vimbo::status_line(-1), "Status: abnormal.\n");
+    EXPECT_EQ(vimbo::status_line(1), "Status: error.\n");
+    EXPECT_EQ(vimbo::status_line(254), "Status: error.\n");
+}
+
+} // namespace

@@ -1,0 +1,182 @@
+// The evaluator's stand-in: compiles a source, or builds a mosaic from it.
+//
+//   mero [-S [-r]] FILE            evaluate: print a summary, or with -r the moves
+//   mero [-c] -s UNIT FILE MOSAIC  integrate: UNIT in micrometres, -c to centre
+//
+// All output, errors too, goes to standard output, where the one who started it
+// reads it.
+#include "toolchain/mosaic_writer.hpp"
+#include "toolchain/source_evaluator.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+
+namespace
+{
+
+using namespace toolchain;
+
+constexpr char stop_marker[] = "/tmp/mero.end";
+constexpr double default_unit_um = 35.0;
+
+enum status { status_ok = 0, status_error = 1, status_nothing_done = 3 };
+
+struct request {
+    bool evaluate = false; // -S
+    bool print_moves = false;
+    bool centre = false;
+    std::optional<double> unit_um;
+    std::string source;
+    std::string mosaic; // empty: nothing is integrated
+};
+
+int fail(const std::string &message)
+{
+    std::printf("mero: %s\n", message.c_str());
+    return status_error;
+}
+
+int usage()
+{
+    return fail("usage: mero [-S [-r]] FILE | mero [-c] -s UNIT FILE MOSAIC");
+}
+
+std::optional<double> parse_unit(const char *text)
+{
+    char *end = nullptr;
+    const double unit = std::strtod(text, &end);
+    if (end == text || *end != '\0' || !std::isfinite(unit) || unit <= 0)
+        return std::nullopt;
+    return unit;
+}
+
+std::optional<request> parse(int argument_count, char *arguments[])
+{
+    request wanted;
+    opterr = 0;
+    int option = 0;
+    while ((option = getopt(argument_count, arguments, "Srcs:")) != -1) {
+        switch (option) {
+        case 'S':
+            wanted.evaluate = true;
+            break;
+        case 'r':
+            wanted.print_moves = true;
+            break;
+        case 'c':
+            wanted.centre = true;
+            break;
+        case 's':
+            wanted.unit_um = parse_unit(optarg);
+            if (!wanted.unit_um)
+                return std::nullopt;
+            break;
+        default:
+            return std::nullopt;
+        }
+    }
+    const int files = argument_count - optind;
+    const bool integrate = wanted.unit_um.has_value();
+    if (files != (integrate ? 2 : 1) || (integrate && (wanted.evaluate || wanted.print_moves)) ||
+        (wanted.centre && !integrate) || (wanted.print_moves && !wanted.evaluate))
+        return std::nullopt;
+    wanted.source = arguments[optind];
+    if (integrate)
+        wanted.mosaic = arguments[optind + 1];
+    return wanted;
+}
+
+std::optional<std::string> read_file(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    if (!file || (file.peek() != std::ifstream::traits_type::eof() && !(text << file.rdbuf())))
+        return std::nullopt;
+    return text.str();
+}
+
+bool stop_wanted()
+{
+    struct stat marker = {};
+    return stat(stop_marker, &marker) == 0;
+}
+
+double in_mm(double length)
+{
+    return length / vimbo::length_units_per_mm;
+}
+
+void print_summary(const move_list &moves)
+{
+    const auto all = moves.moves();
+    const path_lengths lengths = measure(all);
+    const move_extents box = moves.extents();
+    std::printf("%zu moves: %zu marks, %zu jumps\n", all.size(), moves.mark_count(),
+                all.size() - moves.mark_count());
+    std::printf("marks %.3f mm, jumps %.3f mm\n", lengths.mark_mm, lengths.jump_mm);
+    std::printf("x %.3f to %.3f mm, y %.3f to %.3f mm\n", in_mm(box.left), in_mm(box.right),
+                in_mm(box.bottom), in_mm(box.top));
+}
+
+void print_moves(const move_list &moves)
+{
+    for (const vimbo::path_vertex &move : moves.moves())
+        std::printf("%s %.6f %.6f\n", (move.y & 1) != 0 ? "mark" : "jump", in_mm(move.x),
+                    in_mm(move.y & ~1));
+}
+
+int integrate(const request &wanted, move_list &moves)
+{
+    if (wanted.centre)
+        moves.centre();
+    const std::string fault = write_mosaic(wanted.mosaic, moves.moves());
+    if (!fault.empty())
+        return fail(fault);
+    std::printf("%zu moves written to %s\n", moves.moves().size(), wanted.mosaic.c_str());
+    return status_ok;
+}
+
+int run(const request &wanted)
+{
+    unlink(stop_marker);
+    const std::optional<std::string> source = read_file(wanted.source);
+    if (!source)
+        return fail("cannot read " + wanted.source);
+    move_list moves;
+    const evaluation_outcome outcome =
+        evaluate({*source, wanted.unit_um.value_or(default_unit_um), stop_wanted}, moves);
+    if (outcome.stopped) {
+        unlink(stop_marker);
+        std::puts("stopped");
+        return status_nothing_done;
+    }
+    if (!outcome.error.empty())
+        return fail(outcome.error);
+    if (moves.mark_count() == 0) {
+        std::puts("nothing was marked");
+        return status_nothing_done;
+    }
+    if (!wanted.mosaic.empty())
+        return integrate(wanted, moves);
+    if (wanted.print_moves)
+        print_moves(moves);
+    else
+        print_summary(moves);
+    return status_ok;
+}
+
+} // namespace
+
+int main(int argument_count, char *arguments[])
+{
+    const std::optional<request> wanted = parse(argument_count, arguments);
+    return wanted ? run(*wanted) : usage();
+}

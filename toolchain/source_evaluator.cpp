@@ -1,0 +1,154 @@
+#include "toolchain/source_evaluator.hpp"
+
+#include <chrono>
+#include <cstdlib>
+#include <lua.hpp>
+
+namespace toolchain
+{
+
+namespace
+{
+
+using clock = std::chrono::steady_clock;
+
+constexpr double length_units_per_um = vimbo::length_units_per_mm / 1000.0;
+constexpr auto stop_interval = std::chrono::milliseconds(100);
+constexpr int instructions_per_look = 100000;
+// A source that needs more than this has gone astray; it should be told so
+// before the machine suffers.
+constexpr std::size_t memory_limit = std::size_t{2} << 30;
+
+struct run_state {
+    const evaluation_request &request;
+    move_list &moves;
+    std::size_t memory_used = 0;
+    clock::time_point next_look = clock::now() + stop_interval;
+    bool stopped = false;
+};
+
+run_state &state_of(lua_State *lua)
+{
+    return **static_cast<run_state **>(lua_getextraspace(lua));
+}
+
+void *allocate(void *user, void *block, std::size_t old_size, std::size_t new_size)
+{
+    auto &run = *static_cast<run_state *>(user);
+    const std::size_t held = block == nullptr ? 0 : old_size;
+    if (new_size == 0) {
+        std::free(block);
+        run.memory_used -= held;
+        return nullptr;
+    }
+    if (run.memory_used - held + new_size > memory_limit)
+        return nullptr;
+    void *moved = std::realloc(block, new_size);
+    if (moved != nullptr)
+        run.memory_used += new_size - held;
+    return moved;
+}
+
+template <bool Mark>
+int make_move(lua_State *lua)
+{
+    run_state &run = state_of(lua);
+    const double scale = run.request.unit_um * length_units_per_um;
+    const double x = luaL_checknumber(lua, 1);
+    const double y = luaL_checknumber(lua, 2);
+    switch (run.moves.append(x * scale, y * scale, Mark)) {
+    case move_fault::coordinate_range:
+        return luaL_error(lua, "(%f, %f) is out of the range of 32-bit coordinates", x, y);
+    case move_fault::too_many:
+        return luaL_error(lua, "more than %d moves", static_cast<int>(max_moves));
+    case move_fault::no_memory:
+        return luaL_error(lua, "not enough memory for the moves");
+    case move_fault::none:
+        break;
+    }
+    return 0;
+}
+
+// Raised again at every further instruction, so that a source that catches
+// errors cannot go on.
+void look_for_stop(lua_State *lua, lua_Debug * /*where*/)
+{
+    run_state &run = state_of(lua);
+    if (!run.stopped) {
+        const clock::time_point now = clock::now();
+        if (now < run.next_look)
+            return;
+        run.next_look = now + stop_interval;
+        if (!run.request.stop_wanted())
+            return;
+        run.stopped = true;
+        lua_sethook(lua, look_for_stop, LUA_MASKCOUNT, 1);
+    }
+    luaL_error(lua, "stopped");
+}
+
+void open_library(lua_State *lua, const char *name, lua_CFunction open)
+{
+    luaL_requiref(lua, name, open, 1);
+    lua_pop(lua, 1);
+}
+
+// Nothing that reaches a file, a process or compiled code.
+int set_up(lua_State *lua)
+{
+    open_library(lua, LUA_GNAME, luaopen_base);
+    open_library(lua, LUA_MATHLIBNAME, luaopen_math);
+    open_library(lua, LUA_STRLIBNAME, luaopen_string);
+    open_library(lua, LUA_TABLIBNAME, luaopen_table);
+    open_library(lua, LUA_UTF8LIBNAME, luaopen_utf8);
+    for (const char *name : {"dofile", "loadfile", "load"}) {
+        lua_pushnil(lua);
+        lua_setglobal(lua, name);
+    }
+    lua_register(lua, "jump", make_move<false>);
+    lua_register(lua, "mark", make_move<true>);
+    return 0;
+}
+
+int run_source(lua_State *lua)
+{
+    const run_state &run = state_of(lua);
+    const std::string_view source = run.request.source;
+    if (luaL_loadbufferx(lua, source.data(), source.size(), "=source", "t") != LUA_OK)
+        return lua_error(lua);
+    lua_call(lua, 0, 0);
+    return 0;
+}
+
+std::string take_error(lua_State *lua)
+{
+    const char *message = luaL_tolstring(lua, -1, nullptr);
+    return message != nullptr ? message : "an error without a message";
+}
+
+} // namespace
+
+evaluation_outcome evaluate(const evaluation_request &request, move_list &moves)
+{
+    run_state run = {request, moves};
+    lua_State *lua = lua_newstate(allocate, &run);
+    if (lua == nullptr)
+        return {false, "not enough memory"};
+    *static_cast<run_state **>(lua_getextraspace(lua)) = &run;
+    lua_sethook(lua, look_for_stop, LUA_MASKCOUNT, instructions_per_look);
+
+    evaluation_outcome outcome = {};
+    for (const lua_CFunction step : {set_up, run_source}) {
+        lua_pushcfunction(lua, step);
+        if (lua_pcall(lua, 0, 0, 0) == LUA_OK)
+            continue;
+        outcome.error = take_error(lua);
+        break;
+    }
+    outcome.stopped = run.stopped;
+    lua_sethook(lua, nullptr, 0, 0);
+    lua_close(lua);
+    return outcome;
+}
+
+} // namespace toolchain
