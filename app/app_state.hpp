@@ -9,6 +9,7 @@
 #include "sources/tray_bar.hpp"
 #include "stats/stats_panel.hpp"
 #include "ui/frame_state.hpp"
+#include "ui/input.hpp"
 
 namespace vimbo
 {
@@ -18,6 +19,7 @@ namespace vimbo
 /// thread's stack. Main thread only.
 struct app_state {
     frame_state frame;
+    input_queue input;
     tray_extent tray;
     mosaic_state mosaic;
     tray_bar_state bar;

@@ -25,6 +25,25 @@ void clear_window(GLFWwindow *window, frame_state &frame)
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
+// The frame's layouts: as many as its input needs, within the time of a frame.
+// Only the last one is shown.
+void lay_out_frame(app_state &app)
+{
+    const double start = glfwGetTime();
+    take_input(app.input, app.frame.context);
+    while (has_input(app.input) && glfwGetTime() - start < frame_wait) {
+        app.frame.input_only = true;
+        main_panel(app);
+        // Nuklear takes its lists of popups apart only when it is asked for what
+        // is to be drawn; left standing, they would join into a circle.
+        nk__begin(app.frame.context);
+        nk_clear(app.frame.context);
+        take_input(app.input, app.frame.context);
+    }
+    app.frame.input_only = false;
+    main_panel(app);
+}
+
 void show_frame(GLFWwindow *window, app_state &app)
 {
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
@@ -42,15 +61,15 @@ void run_main_loop(GLFWwindow *window, app_state &app)
     initialise_panels(app);
     bool first_frame = true;
     while (glfwWindowShouldClose(window) == GLFW_FALSE) {
-        glfwWaitEventsTimeout(frame_wait);
-        nk_glfw3_new_frame();
-        replay_key_repeats(app.frame.context);
+        // Input that is left over is not waited upon.
+        glfwWaitEventsTimeout(has_input(app.input) ? 0 : frame_wait);
+        begin_backend_frame(app.frame.context);
         clear_window(window, app.frame);
         reset_frame_flags(app.frame);
         if (first_frame)
             request_mosaic_reload(app.frame);
         first_frame = false;
-        main_panel(app);
+        lay_out_frame(app);
         show_frame(window, app);
         collect_released_commands();
         if (has_flag(app.frame.frame_flags, frame_flag::quit))

@@ -14,6 +14,7 @@ namespace
 {
 
 constexpr std::size_t font_path_capacity = 4352;
+constexpr char program_id[] = "vimbo";
 
 void report_glfw_error(int code, const char *description)
 {
@@ -34,6 +35,9 @@ void set_window_hints()
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     glfwWindowHint(GLFW_DOUBLEBUFFER, 1);
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+    // What desktops match the window with.
+    glfwWindowHintString(GLFW_X11_CLASS_NAME, program_id);
+    glfwWindowHintString(GLFW_X11_INSTANCE_NAME, program_id);
 }
 
 GLFWwindow *create_window(frame_state &frame)
@@ -49,7 +53,9 @@ GLFWwindow *create_window(frame_state &frame)
     glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
     glViewport(0, 0, frame.window_width, frame.window_height);
     glewExperimental = GL_TRUE;
-    if (glewInit() != GLEW_OK) {
+    const GLenum glew = glewInit();
+    // Under Wayland this GLEW misses an X display, though it has all functions.
+    if (glew != GLEW_OK && !(glew == GLEW_ERROR_NO_GLX_DISPLAY && glGenVertexArrays != nullptr)) {
         std::fputs("Failed to setup GLEW\n", stderr);
         return nullptr;
     }
@@ -86,7 +92,7 @@ GLFWwindow *open_window(app_state &app)
         return nullptr;
     }
     app.frame.context = nk_glfw3_init(window, NK_GLFW3_INSTALL_CALLBACKS);
-    keep_all_input(window, app.frame.context);
+    watch_input(window, app.frame.context, app.input);
     set_up_font(app.frame.context);
     app.path_program = build_path_program();
     app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);

@@ -67,7 +67,8 @@ void evaluation_panel(frame_state &frame, evaluation_state &evaluation, mosaic_s
                        NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR | NK_WINDOW_TITLE) == 0)
         return;
     poll_evaluation(frame, evaluation, mosaic);
-    animate_progress(evaluation);
+    if (!frame.input_only)
+        animate_progress(evaluation);
     if (has_flag(frame.ui_flags, ui_flag::eval_running))
         stop_row(context);
     else

@@ -52,12 +52,12 @@ void follow_mouse(const frame_state &frame, preview_state &preview)
         preview.replay_position = 0;
 }
 
-void replay_bar(nk_context *context, preview_state &preview)
+void replay_bar(const frame_state &frame, preview_state &preview)
 {
-    if (preview.replay_position < replay_end)
+    if (preview.replay_position < replay_end && !frame.input_only)
         ++preview.replay_position;
-    nk_layout_row_dynamic(context, progress_height, 1);
-    preview.replay_position = nk_prog(context, preview.replay_position, replay_end, nk_true);
+    nk_layout_row_dynamic(frame.context, progress_height, 1);
+    preview.replay_position = nk_prog(frame.context, preview.replay_position, replay_end, nk_true);
 }
 
 } // namespace
@@ -74,7 +74,7 @@ void preview_panel(frame_state &frame, preview_state &preview)
     frame.frame_flags |= frame_flag::preview_laid_out;
     if (nk_window_is_hovered(context) != 0) {
         follow_mouse(frame, preview);
-        replay_bar(context, preview);
+        replay_bar(frame, preview);
     }
     nk_group_end(context);
 }

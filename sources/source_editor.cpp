@@ -1,5 +1,6 @@
 #include "sources/source_editor.hpp"
 
+#include <algorithm>
 #include <cstring>
 
 namespace vimbo
@@ -7,6 +8,16 @@ namespace vimbo
 
 namespace
 {
+
+std::string_view text_of(const source_editor_state &editor)
+{
+    return {editor.source_text, editor.source_edit.string.buffer.allocated};
+}
+
+int characters_in(std::string_view text)
+{
+    return nk_utf_len(text.data(), static_cast<int>(text.size()));
+}
 
 void uncover_end(source_editor_state &editor)
 {
@@ -23,31 +34,182 @@ void cover_end(source_editor_state &editor)
     editor.source_text[editor.covered_index] = '\0';
 }
 
+void note_text(source_editor_state &editor)
+{
+    const std::string_view text = text_of(editor);
+    std::memcpy(editor.noted_text, text.data(), text.size());
+    editor.noted_length = static_cast<int>(text.size());
+}
+
+void note_edit(source_editor_state &editor)
+{
+    const std::string_view before(editor.noted_text, static_cast<std::size_t>(editor.noted_length));
+    if (text_of(editor) == before)
+        return;
+    note_change(editor.history, before, text_of(editor));
+    note_text(editor);
+}
+
+// Puts the text there as it is and at once. Inserting it as if it were typed
+// would take seconds, and drop the line feeds until the editor was clicked.
+void replace_text(source_editor_state &editor, std::string_view text)
+{
+    std::memset(editor.source_text, 0, sizeof editor.source_text);
+    nk_textedit_init_fixed(&editor.source_edit, editor.source_text, source_capacity);
+    editor.source_edit.single_line = 0;
+    nk_str_append_text_char(&editor.source_edit.string, text.data(), static_cast<int>(text.size()));
+}
+
+void apply_change(source_editor_state &editor, const text_change &change)
+{
+    nk_text_edit &edit = editor.source_edit;
+    const std::string_view tail = text_of(editor).substr(change.position + change.removed);
+    const std::size_t inserted_end = change.position + change.inserted.size();
+    // Not nk_str_insert_at_char, which leaves a full text's last byte out.
+    std::memmove(editor.source_text + inserted_end, tail.data(), tail.size());
+    std::memcpy(editor.source_text + change.position, change.inserted.data(),
+                change.inserted.size());
+    edit.string.buffer.allocated = inserted_end + tail.size();
+    edit.string.len = characters_in(text_of(editor));
+    edit.cursor = characters_in(text_of(editor).substr(0, inserted_end));
+    edit.select_start = edit.cursor;
+    edit.select_end = edit.cursor;
+    edit.has_preferred_x = 0;
+    note_text(editor);
+}
+
+// True when the key was pressed, which the toolkit then does not see.
+bool take_key(nk_context *context, nk_keys key)
+{
+    const bool pressed = nk_input_is_key_pressed(&context->input, key) != 0;
+    context->input.keyboard.keys[key].clicked = 0;
+    return pressed;
+}
+
+void undo_and_redo(nk_context *context, source_editor_state &editor)
+{
+    text_change change = {};
+    if (take_key(context, NK_KEY_TEXT_UNDO) && take_undo(editor.history, change))
+        apply_change(editor, change);
+    if (take_key(context, NK_KEY_TEXT_REDO) && take_redo(editor.history, change))
+        apply_change(editor, change);
+}
+
+// The toolkit clears cursor, selection and place when a click activates an edit;
+// one that is given the focus before it sees the click keeps them.
+void focus_when_clicked(nk_context *context, const struct nk_rect &bounds)
+{
+    const bool read_only = (context->current->layout->flags & NK_WINDOW_ROM) != 0;
+    if (!read_only && nk_input_is_mouse_pressed(&context->input, NK_BUTTON_LEFT) != 0 &&
+        nk_input_is_mouse_hovering_rect(&context->input, bounds) != 0)
+        nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
+}
+
+struct text_view {
+    float row_height;
+    int rows; // that are seen whole, at least one
+};
+
+text_view view_of(const nk_context *context, const struct nk_rect &bounds)
+{
+    const nk_style_edit &style = context->style.edit;
+    const float row_height = context->style.font->height + style.row_padding;
+    const float height = bounds.h - 2 * (style.padding.y + style.border);
+    return {row_height, std::max(1, static_cast<int>(height / row_height))};
+}
+
+// Byte at which character number `index` of the text begins.
+std::size_t byte_at(std::string_view text, int index)
+{
+    std::size_t at = 0;
+    nk_rune character = 0;
+    for (; index > 0; --index) {
+        const int length =
+            nk_utf_decode(text.data() + at, &character, static_cast<int>(text.size() - at));
+        if (length == 0)
+            break;
+        at += static_cast<std::size_t>(length);
+    }
+    return at;
+}
+
+// Start of the line that is `lines` below, or above, that of the byte at `from`,
+// as far as there are lines.
+std::size_t line_start(std::string_view text, std::size_t from, int lines)
+{
+    std::size_t start = from == 0 ? 0 : text.rfind('\n', from - 1) + 1;
+    for (; lines < 0 && start > 0; ++lines)
+        start = start == 1 ? 0 : text.rfind('\n', start - 2) + 1;
+    for (; lines > 0; --lines) {
+        const std::size_t end = text.find('\n', start);
+        if (end == std::string_view::npos)
+            break;
+        start = end + 1;
+    }
+    return start;
+}
+
+void move_by_page(nk_context *context, nk_text_edit &edit, std::string_view text, int rows)
+{
+    const bool up = take_key(context, NK_KEY_SCROLL_UP);
+    const bool down = take_key(context, NK_KEY_SCROLL_DOWN);
+    if (up == down)
+        return;
+    if (edit.select_start == edit.select_end)
+        edit.select_start = edit.cursor;
+    const std::size_t at = line_start(text, byte_at(text, edit.cursor), up ? -rows : rows);
+    edit.cursor = characters_in(text.substr(0, at));
+    edit.select_end = edit.cursor;
+    if (context->input.keyboard.keys[NK_KEY_SHIFT].down == 0)
+        edit.select_start = edit.cursor;
+    edit.has_preferred_x = 0;
+}
+
+// The toolkit follows the cursor by one row a frame, however far it went.
+void show_cursor(nk_text_edit &edit, std::string_view text, const text_view &view)
+{
+    const std::string_view above = text.substr(0, byte_at(text, edit.cursor));
+    const auto row = static_cast<float>(std::ranges::count(above, '\n'));
+    const float last = row - static_cast<float>(view.rows) + 1;
+    edit.scrollbar.y =
+        std::clamp(edit.scrollbar.y, std::max(0.0F, last * view.row_height), row * view.row_height);
+}
+
 } // namespace
 
 void initialise_source_editor(source_editor_state &editor)
 {
-    nk_textedit_init_fixed(&editor.source_edit, editor.source_text, source_capacity);
+    replace_text(editor, {});
     cover_end(editor);
 }
 
 void load_source(source_editor_state &editor, const char *path)
 {
     const char *text = read_text_file(path, editor.load_buffer);
-    const auto length = static_cast<int>(strnlen(text, source_capacity));
-    // Appending to the edit's string takes the text as it is and at once;
-    // inserting it as if it were typed would take seconds, and drop the line
-    // feeds until the editor was clicked.
-    std::memset(editor.source_text, 0, sizeof editor.source_text);
-    nk_textedit_init_fixed(&editor.source_edit, editor.source_text, source_capacity);
-    nk_str_append_text_char(&editor.source_edit.string, text, length);
+    replace_text(editor, {text, strnlen(text, source_capacity)});
+    clear_history(editor.history);
+    note_text(editor);
     cover_end(editor);
 }
 
 void source_editor(frame_state &frame, source_editor_state &editor)
 {
+    nk_context *context = frame.context;
+    nk_text_edit &edit = editor.source_edit;
+    const struct nk_rect bounds = nk_widget_bounds(context);
+    const text_view view = view_of(context, bounds);
+    const int cursor_before = edit.cursor;
+
     uncover_end(editor);
-    nk_edit_buffer(frame.context, NK_EDIT_BOX, &editor.source_edit, nk_filter_default);
+    focus_when_clicked(context, bounds);
+    if (edit.active != 0) {
+        undo_and_redo(context, editor);
+        move_by_page(context, edit, text_of(editor), view.rows);
+    }
+    nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);
+    note_edit(editor);
+    if (edit.cursor != cursor_before)
+        show_cursor(edit, text_of(editor), view);
     cover_end(editor);
 }
 

@@ -1,6 +1,7 @@
 // The text editor that holds the open source.
 #pragma once
 
+#include "sources/edit_history.hpp"
 #include "sources/text_file.hpp"
 #include "ui/frame_state.hpp"
 #include "ui/nuklear.hpp"
@@ -22,6 +23,11 @@ struct source_editor_state {
     /// The byte of the text that its end mark covers, and where.
     int covered_index;
     char covered_byte;
+
+    edit_history history;
+    /// The text as the last layout left it, to see what the next one changes.
+    char noted_text[source_capacity];
+    int noted_length;
 };
 
 /// Once, before the first layout.

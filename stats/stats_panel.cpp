@@ -68,7 +68,7 @@ void run_cell(frame_state &frame, statistics_state &statistics, const mosaic_sta
     }
     nk_label(frame.context, spinner_frames[statistics.stats_spinner % std::size(spinner_frames)],
              NK_TEXT_CENTERED);
-    ++statistics.stats_spinner;
+    statistics.stats_spinner += frame.input_only ? 0 : 1;
     poll_statistics(frame, statistics.run);
 }
 

@@ -49,20 +49,6 @@ void paste_from_clipboard(nk_handle window, nk_text_edit *edit)
         paste_text(*edit, text);
 }
 
-// Undo lengths are shorts, so a long insertion takes several records.
-void record_insertion(nk_text_undo_state &undo, int where, int characters)
-{
-    undo.redo_point = NK_TEXTEDIT_UNDOSTATECOUNT;
-    undo.redo_char_point = NK_TEXTEDIT_UNDOCHARCOUNT;
-    for (int done = 0; done < characters;) {
-        const int part = std::min(characters - done, SHRT_MAX);
-        if (undo.undo_point == NK_TEXTEDIT_UNDOSTATECOUNT)
-            return;
-        undo.undo_rec[undo.undo_point++] = {where + done, 0, static_cast<short>(part), -1};
-        done += part;
-    }
-}
-
 } // namespace
 
 void use_clipboard(GLFWwindow *window, nk_context *context)
@@ -80,19 +66,24 @@ void paste_text(nk_text_edit &edit, const char *text)
         nk_textedit_delete_selection(&edit);
     edit.cursor = std::clamp(edit.cursor, 0, edit.string.len);
 
+    // An insertion leaves the last byte free; one into a full text does nothing.
     const nk_buffer &buffer = edit.string.buffer;
-    const auto room = static_cast<int>(buffer.memory.size - buffer.allocated);
-    const int available = static_cast<int>(strnlen(text, static_cast<std::size_t>(room)));
+    if (buffer.allocated + 1 >= buffer.memory.size)
+        return;
+    const std::size_t room = buffer.memory.size - buffer.allocated - 1;
+    const auto available = static_cast<int>(strnlen(text, room));
     const int bytes = bytes_of(text, INT_MAX, available);
     if (bytes == 0)
         return;
     const int before = edit.string.len;
     if (nk_str_insert_at_rune(&edit.string, edit.cursor, text, bytes) == 0)
         return;
-    const int characters = edit.string.len - before;
-    record_insertion(edit.undo, edit.cursor, characters);
-    edit.cursor += characters;
+    edit.cursor += edit.string.len - before;
     edit.has_preferred_x = 0;
+    // The toolkit's own undo knows nothing of this insertion, so what it noted
+    // before no longer fits the text.
+    edit.undo.undo_point = 0;
+    edit.undo.undo_char_point = 0;
 }
 
 } // namespace vimbo

@@ -22,6 +22,10 @@ struct frame_state {
     std::uint32_t frame_flags; // bits: frame_flag
     std::uint32_t ui_flags;    // bits: ui_flag
 
+    /// This layout only takes input that the frame's shown layout could not take
+    /// with the rest: nothing in it that counts frames moves on.
+    bool input_only;
+
     /// Commands and tooltips are formatted here; it holds nothing from one use
     /// to the next.
     char scratch_text[scratch_capacity];

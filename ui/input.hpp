@@ -1,7 +1,11 @@
-// What the backend loses of the operator's input, and how it is kept: clicks and
-// keys shorter than a frame, the repeats of a held key, and a clipboard with
-// characters of several bytes. Main thread only.
+// The operator's input, event by event. The backend looks at keys and buttons
+// once a frame, so that short ones are lost, held keys do not repeat, and what
+// comes between two frames loses its order. Here everything is queued as it
+// comes and handed to Nuklear in layouts' worths. Main thread only.
 #pragma once
+
+#include <cstddef>
+#include <cstdint>
 
 struct GLFWwindow;
 struct nk_context;
@@ -9,11 +13,43 @@ struct nk_context;
 namespace vimbo
 {
 
-/// Once, after the backend has set its own callbacks.
-void keep_all_input(GLFWwindow *window, nk_context *context);
+enum class input_kind : std::uint8_t { motion, button, scroll, character, key };
 
-/// Right after the backend's new frame: keys that repeated since the last one
-/// count as pressed again.
-void replay_key_repeats(nk_context *context);
+/// One event, where the pointer was at that time included.
+struct input_event {
+    input_kind kind;
+    bool down;          // of a button
+    bool shift;         // of a key: held
+    std::uint32_t code; // nk_buttons, nk_keys or a code point
+    float x, y;         // pixels; of a scroll, notches
+};
+
+/// More than anybody types while the window hangs; what does not fit is lost.
+inline constexpr std::size_t input_capacity = 16384;
+
+/// All zero: nothing waits.
+struct input_queue {
+    input_event events[input_capacity];
+    std::size_t first;
+    std::size_t count;
+};
+
+/// Appends an event; a motion replaces a motion that waits right before it.
+void queue_input(input_queue &queue, const input_event &event);
+
+/// Hands Nuklear as many of the events that wait as one layout acts upon in
+/// their order: Nuklear takes keys before text, and text before Enter, and knows
+/// one pointer position.
+void take_input(input_queue &queue, nk_context *context);
+
+/// True while events wait.
+bool has_input(const input_queue &queue);
+
+/// Has the window's events queued, in place of the backend's own callbacks, and
+/// the clipboard served. The queue must outlive the window.
+void watch_input(GLFWwindow *window, nk_context *context, input_queue &queue);
+
+/// The backend's new frame without its input.
+void begin_backend_frame(nk_context *context);
 
 } // namespace vimbo

@@ -21,9 +21,10 @@
 #define NK_INPUT_MAX 1024
 // The direction chart's label row has 17 columns, one more than the default.
 #define NK_MAX_LAYOUT_ROW_TEMPLATE_COLUMNS 32
-// Undo lengths are kept in a short: these are about as far as it goes.
-#define NK_TEXTEDIT_UNDOSTATECOUNT 999
-#define NK_TEXTEDIT_UNDOCHARCOUNT 32767
+// The source editor has a history of its own; this one serves the one-line
+// fields. It is kept small, as noting a deletion costs its length times the
+// text's.
+#define NK_TEXTEDIT_UNDOCHARCOUNT 64
 // clang-format on
 
 #include <nuklear.h>

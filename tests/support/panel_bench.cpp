@@ -1,5 +1,7 @@
 #include "tests/support/panel_bench.hpp"
 
+#include "ui/clipboard.hpp"
+
 #include <stdexcept>
 
 namespace bench
@@ -23,6 +25,10 @@ panel_bench::panel_bench(int width, int height) : state(std::make_unique<vimbo::
     font.height = glyph_height;
     font.width = text_width;
     nk_init_default(&context, &font);
+    context.clip.userdata = nk_handle_ptr(this);
+    context.clip.paste = [](nk_handle user, nk_text_edit *edit) {
+        vimbo::paste_text(*edit, static_cast<panel_bench *>(user.ptr)->clipboard.c_str());
+    };
     state->frame.context = &context;
     state->frame.window_width = width;
     state->frame.window_height = height;
@@ -42,8 +48,7 @@ void panel_bench::frame()
         nk_input_button(&context, static_cast<nk_buttons>(button), pointer.x, pointer.y,
                         button_down[button] ? nk_true : nk_false);
     nk_input_scroll(&context, nk_vec2(0, notches));
-    for (const char c : typed)
-        nk_input_char(&context, c);
+    type_into_context();
     for (int key = NK_KEY_NONE + 1; key < NK_KEY_MAX; ++key)
         nk_input_key(&context, static_cast<nk_keys>(key), pressed_key == key ? nk_true : nk_false);
     nk_input_end(&context);
@@ -55,6 +60,15 @@ void panel_bench::frame()
     vimbo::main_panel(*state);
     collect_texts();
     nk_clear(&context);
+}
+
+void panel_bench::type_into_context()
+{
+    nk_rune character = 0;
+    for (int at = 0; at < static_cast<int>(typed.size());) {
+        at += nk_utf_decode(typed.data() + at, &character, static_cast<int>(typed.size()) - at);
+        nk_input_unicode(&context, character);
+    }
 }
 
 void panel_bench::collect_texts()

@@ -62,7 +62,11 @@ public:
     void type(std::string_view text);
     void key(nk_keys key);
 
+    /// What NK_KEY_PASTE pastes.
+    std::string clipboard;
+
 private:
+    void type_into_context();
     void collect_texts();
 
     std::unique_ptr<vimbo::app_state> state;

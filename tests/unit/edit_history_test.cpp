@@ -1,0 +1,161 @@
+#include "sources/edit_history.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using namespace vimbo;
+
+class History : public testing::Test
+{
+protected:
+    // The text becomes another one, as an edit would have it.
+    void edit(const std::string &after)
+    {
+        note_change(*history, text, after);
+        text = after;
+    }
+
+    bool undo()
+    {
+        text_change change = {};
+        if (!take_undo(*history, change))
+            return false;
+        apply(change);
+        return true;
+    }
+
+    bool redo()
+    {
+        text_change change = {};
+        if (!take_redo(*history, change))
+            return false;
+        apply(change);
+        return true;
+    }
+
+    void type(const std::string &characters)
+    {
+        for (const char c : characters)
+            edit(text + c);
+    }
+
+    std::unique_ptr<edit_history> history = std::make_unique<edit_history>();
+    std::string text;
+
+private:
+    void apply(const text_change &change)
+    {
+        text.replace(change.position, change.removed, change.inserted);
+    }
+};
+
+TEST_F(History, HasNothingToUndoAtFirst)
+{
+    EXPECT_FALSE(undo());
+    EXPECT_FALSE(redo());
+}
+
+TEST_F(History, BringsAWholeDeletedSourceBack)
+{
+    const std::string source(65536, 'x');
+    edit(source);
+    edit("");
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, source);
+    ASSERT_TRUE(redo());
+    EXPECT_EQ(text, "");
+}
+
+TEST_F(History, TakesTypedTextBackAWordAtATime)
+{
+    type("one two\nthree");
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "one two\n");
+    ASSERT_TRUE(undo());
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "one ");
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "");
+    EXPECT_FALSE(undo());
+}
+
+TEST_F(History, TakesWhatWasTypedIntoTheMiddleBack)
+{
+    edit("one three");
+    edit("one x three");
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "one three");
+}
+
+TEST_F(History, ForgetsWhatWasUndoneWithTheNextEdit)
+{
+    type("one");
+    ASSERT_TRUE(undo());
+    type("two");
+    EXPECT_FALSE(redo());
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "");
+}
+
+TEST_F(History, KeepsCharactersOfSeveralBytesWhole)
+{
+    edit("µm");
+    edit("µn"); // the last byte differs
+    edit("¶n"); // the second byte of the first character differs
+    ASSERT_TRUE(undo());
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text, "µm");
+}
+
+TEST_F(History, DropsItsOldestRecordsWhenItIsFull)
+{
+    std::vector<std::string> texts = {""};
+    for (int i = 0; i < 40; ++i) {
+        edit(std::string(60000, static_cast<char>('a' + i % 26)));
+        texts.push_back(text);
+    }
+    int undone = 0;
+    while (undo()) {
+        ++undone;
+        ASSERT_EQ(text, texts[texts.size() - 1 - static_cast<std::size_t>(undone)]);
+    }
+    EXPECT_GE(undone, 6);
+    EXPECT_LT(undone, 40);
+}
+
+TEST_F(History, UndoesAndRedoesThousandsOfRandomEditsExactly)
+{
+    std::mt19937 random(7);
+    std::vector<std::string> texts = {""};
+    for (int i = 0; i < 1500; ++i) {
+        std::string next = text;
+        const std::size_t at = random() % (next.size() + 1);
+        next.replace(at, random() % 4, std::string(random() % 5, static_cast<char>('a' + i % 26)));
+        edit(next);
+        texts.push_back(text);
+    }
+    // What was taken for typing goes back several texts at a time.
+    const std::string last = text;
+    std::size_t undone = 0;
+    for (auto seen = texts.rbegin(); undo(); ++undone) {
+        seen = std::find(seen, texts.rend(), text);
+        ASSERT_TRUE(seen != texts.rend()) << "a text that never was, at undo " << undone;
+    }
+    EXPECT_EQ(text, "");
+    EXPECT_GT(undone, 1000U);
+    for (auto seen = texts.begin(); redo();) {
+        seen = std::find(seen, texts.end(), text);
+        ASSERT_TRUE(seen != texts.end());
+    }
+    EXPECT_TRUE(text == last);
+}
+
+} // namespace

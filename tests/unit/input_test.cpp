@@ -1,0 +1,178 @@
+#include "ui/input.hpp"
+
+#include "ui/nuklear.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+
+using namespace vimbo;
+
+class Input : public testing::Test
+{
+protected:
+    Input()
+    {
+        font.height = 16;
+        font.width = [](nk_handle, float, const char *, int) { return 8.0F; };
+        nk_init_default(&context, &font);
+    }
+    ~Input() override
+    {
+        nk_free(&context);
+    }
+
+    void type(const std::string &text)
+    {
+        for (const char c : text)
+            queue_input(*queue,
+                        {input_kind::character, true, false, static_cast<std::uint32_t>(c), 0, 0});
+    }
+    void key(nk_keys code, bool shift = false)
+    {
+        queue_input(*queue, {input_kind::key, true, shift, code, 0, 0});
+    }
+    void button(bool down, float x, float y)
+    {
+        queue_input(*queue, {input_kind::button, down, false, NK_BUTTON_LEFT, x, y});
+    }
+    void motion(float x, float y)
+    {
+        queue_input(*queue, {input_kind::motion, false, false, 0, x, y});
+    }
+
+    void layout()
+    {
+        take_input(*queue, &context);
+    }
+    std::string text() const
+    {
+        return {context.input.keyboard.text,
+                static_cast<std::size_t>(context.input.keyboard.text_len)};
+    }
+    bool pressed(nk_keys code) const
+    {
+        return nk_input_is_key_pressed(&context.input, code) != 0;
+    }
+
+    std::unique_ptr<input_queue> queue = std::make_unique<input_queue>();
+    nk_context context = {};
+    nk_user_font font = {};
+};
+
+TEST_F(Input, HandsTwoHundredCharactersOverAtOnce)
+{
+    const std::string typed(200, 'k');
+    type(typed);
+    layout();
+    EXPECT_EQ(text(), typed);
+    EXPECT_FALSE(has_input(*queue));
+}
+
+TEST_F(Input, LeavesTextThatDoesNotFitForTheNextLayout)
+{
+    type(std::string(3000, 'k'));
+    std::size_t arrived = 0;
+    while (has_input(*queue)) {
+        layout();
+        arrived += text().size();
+    }
+    EXPECT_EQ(arrived, 3000U);
+}
+
+TEST_F(Input, KeepsABackspaceBetweenTheCharactersAroundIt)
+{
+    type("ab");
+    key(NK_KEY_BACKSPACE);
+    type("c");
+    layout();
+    EXPECT_EQ(text(), "ab");
+    EXPECT_FALSE(pressed(NK_KEY_BACKSPACE));
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_BACKSPACE));
+    EXPECT_EQ(text(), "c");
+}
+
+TEST_F(Input, CountsEveryPressOfARepeatedKey)
+{
+    for (int i = 0; i < 5; ++i)
+        key(NK_KEY_DEL);
+    int presses = 0;
+    while (has_input(*queue)) {
+        layout();
+        presses += pressed(NK_KEY_DEL) ? 1 : 0;
+    }
+    EXPECT_EQ(presses, 5);
+    layout();
+    EXPECT_FALSE(pressed(NK_KEY_DEL)) << "a key is pressed in one layout only";
+}
+
+TEST_F(Input, TellsShiftAsItWasAtTheKey)
+{
+    key(NK_KEY_LEFT, true);
+    key(NK_KEY_LEFT, false);
+    layout();
+    EXPECT_TRUE(context.input.keyboard.keys[NK_KEY_SHIFT].down);
+    layout();
+    EXPECT_FALSE(context.input.keyboard.keys[NK_KEY_SHIFT].down);
+}
+
+TEST_F(Input, DoesNotCopyBeforeTheSelectionThatShiftMakes)
+{
+    key(NK_KEY_TEXT_START, true);
+    key(NK_KEY_COPY, false);
+    layout();
+    EXPECT_TRUE(context.input.keyboard.keys[NK_KEY_SHIFT].down);
+    EXPECT_FALSE(pressed(NK_KEY_COPY));
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_COPY));
+}
+
+TEST_F(Input, ShowsAClickShorterThanAFrameAsPressAndRelease)
+{
+    motion(10, 20);
+    button(true, 10, 20);
+    button(false, 10, 20);
+    motion(300, 300);
+    layout();
+    EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_LEFT));
+    EXPECT_EQ(context.input.mouse.pos.x, 10);
+    layout();
+    EXPECT_TRUE(nk_input_is_mouse_released(&context.input, NK_BUTTON_LEFT));
+    layout();
+    EXPECT_EQ(context.input.mouse.pos.x, 300);
+    EXPECT_FALSE(has_input(*queue));
+}
+
+TEST_F(Input, LeavesAClickBehindTextForTheNextLayout)
+{
+    type("a");
+    button(true, 10, 20);
+    layout();
+    EXPECT_FALSE(nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT));
+    layout();
+    EXPECT_TRUE(nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT));
+}
+
+TEST_F(Input, AddsWheelNotchesUp)
+{
+    queue_input(*queue, {input_kind::scroll, false, false, 0, 0, 1});
+    queue_input(*queue, {input_kind::scroll, false, false, 0, 0, 1});
+    layout();
+    EXPECT_EQ(context.input.mouse.scroll_delta.y, 2);
+    layout();
+    EXPECT_EQ(context.input.mouse.scroll_delta.y, 0);
+}
+
+TEST_F(Input, LosesOnlyWhatIsBeyondItsCapacity)
+{
+    for (std::size_t i = 0; i < input_capacity + 10; ++i)
+        type("a");
+    EXPECT_EQ(queue->count, input_capacity);
+}
+
+} // namespace

@@ -1,0 +1,213 @@
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/scratch.hpp"
+#include "ui/fixed_text.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+using namespace bench;
+
+class SourceEditor : public testing::Test
+{
+protected:
+    void load(const std::string &text)
+    {
+        write_file(place.file("source"), text);
+        vimbo::load_source(editor(), place.file("source").c_str());
+        bench.frame();
+    }
+    // The beginning of the first line.
+    void click_into()
+    {
+        bench.frame();
+        const point toggle = *bench.find("|");
+        bench.click({14, 52});
+        ASSERT_LT(14, toggle.x);
+    }
+    void press(nk_keys key)
+    {
+        bench.key(key);
+        bench.frame();
+        bench.frame();
+    }
+    void type(const std::string &text)
+    {
+        bench.type(text);
+        bench.frame();
+    }
+
+    vimbo::source_editor_state &editor()
+    {
+        return bench.app().editor;
+    }
+    // All bytes that the editor holds, those below its end mark included.
+    std::string shown()
+    {
+        std::string text(editor().source_text, editor().source_edit.string.buffer.allocated);
+        if (static_cast<std::size_t>(editor().covered_index) < text.size())
+            text[static_cast<std::size_t>(editor().covered_index)] = editor().covered_byte;
+        return text;
+    }
+    // What would be saved or evaluated.
+    std::string saved()
+    {
+        return editor().source_text;
+    }
+
+    panel_bench bench;
+    scratch_directory place;
+};
+
+TEST_F(SourceEditor, TakesASourceWithItsLineFeedsBeforeItWasEverClicked)
+{
+    load("one\ntwo\n");
+    EXPECT_EQ(saved(), "one\ntwo\n");
+}
+
+TEST_F(SourceEditor, HoldsASourceOfExactlyItsCapacity)
+{
+    for (const std::size_t size : {65535U, 65536U, 65537U}) {
+        load(std::string(size, 'x'));
+        EXPECT_TRUE(saved() == std::string(std::min<std::size_t>(size, 65536), 'x'));
+    }
+}
+
+TEST_F(SourceEditor, StopsAtTheFirstZeroByte)
+{
+    load(std::string("one\0two", 7));
+    EXPECT_EQ(saved(), "one");
+}
+
+TEST_F(SourceEditor, BringsTheLastSourceAgainWhenAFileCannotBeOpened)
+{
+    load("one");
+    vimbo::load_source(editor(), place.file("missing").c_str());
+    bench.frame();
+    EXPECT_EQ(saved(), "one");
+}
+
+TEST_F(SourceEditor, CutsASavedTextByItsBytesBeyondItsCharacters)
+{
+    load("µm and µm");
+    EXPECT_EQ(saved(), std::string("µm and µm").substr(0, 9));
+}
+
+TEST_F(SourceEditor, GoesOnWithAWholeTextAfterTheCut)
+{
+    load("µm");
+    click_into();
+    type("µ");
+    type("x");
+    EXPECT_EQ(shown(), "µxµm");
+    EXPECT_EQ(saved(), std::string("µxµm").substr(0, 4));
+}
+
+TEST_F(SourceEditor, UndoesADeletionOfEverything)
+{
+    const std::string source(60000, 'x');
+    load(source);
+    click_into();
+    press(NK_KEY_TEXT_SELECT_ALL);
+    press(NK_KEY_DEL);
+    EXPECT_EQ(saved(), "");
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_TRUE(saved() == source);
+    press(NK_KEY_TEXT_REDO);
+    EXPECT_EQ(saved(), "");
+}
+
+TEST_F(SourceEditor, HasAFreshHistoryForEachSource)
+{
+    load("one");
+    click_into();
+    type("x");
+    load("two");
+    click_into();
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_EQ(saved(), "two");
+}
+
+TEST_F(SourceEditor, KeepsItsHistoryAcrossClicksElsewhere)
+{
+    load("one");
+    click_into();
+    type("x");
+    bench.click("+");
+    bench.click("!");
+    click_into();
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_EQ(saved(), "one");
+}
+
+TEST_F(SourceEditor, KeepsItsPlaceWhenItIsClickedAgain)
+{
+    std::string lines;
+    for (int i = 0; i < 500; ++i)
+        lines += "line\n";
+    load(lines);
+    click_into();
+    press(NK_KEY_TEXT_END);
+    const float scrolled = editor().source_edit.scrollbar.y;
+    EXPECT_GT(scrolled, 0);
+    bench.click("+");
+    bench.click("!");
+    click_into();
+    EXPECT_EQ(editor().source_edit.scrollbar.y, scrolled);
+    EXPECT_GT(editor().source_edit.cursor, 0);
+}
+
+TEST_F(SourceEditor, MovesByPages)
+{
+    std::string lines;
+    for (int i = 0; i < 500; ++i)
+        lines += "line\n";
+    load(lines);
+    click_into();
+    press(NK_KEY_SCROLL_DOWN);
+    const int cursor = editor().source_edit.cursor;
+    EXPECT_GT(cursor, 5 * 20);
+    EXPECT_EQ(cursor % 5, 0) << "the start of a line";
+    press(NK_KEY_SCROLL_UP);
+    EXPECT_EQ(editor().source_edit.cursor, 0);
+}
+
+TEST_F(SourceEditor, PastesCharactersOfSeveralBytesWhole)
+{
+    load("");
+    click_into();
+    bench.clipboard = "µm µm";
+    press(NK_KEY_PASTE);
+    EXPECT_EQ(shown(), "µm µm");
+    EXPECT_EQ(editor().source_edit.cursor, 5);
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_EQ(shown(), "");
+}
+
+TEST_F(SourceEditor, PastesWhatFits)
+{
+    load(std::string(65530, 'x'));
+    click_into();
+    bench.clipboard = "µµµµµµ";
+    press(NK_KEY_PASTE);
+    EXPECT_EQ(shown().size(), 65534U);
+    EXPECT_EQ(shown().substr(0, 6), "µµxx");
+}
+
+TEST_F(SourceEditor, TakesNoNextFocusAfterSaveAs)
+{
+    load("one");
+    vimbo::set_text(bench.app().bar.source_path, place.file("copy"));
+    bench.click("+");
+    bench.frame();
+    bench.click("copy");
+    press(NK_KEY_ENTER);
+    EXPECT_EQ(read_file(place.file("copy")), "one");
+    type("lost");
+    EXPECT_EQ(saved(), "one");
+}
+
+} // namespace
