@@ -1,6 +1,7 @@
 #include "app/main_loop.hpp"
 
 #include "app/main_panel.hpp"
+#include "mosaic/load_mosaic.hpp"
 #include "platform/commands.hpp"
 #include "render/preview_picture.hpp"
 #include "ui/flags.hpp"

@@ -1,4 +1,4 @@
-#include "mosaic/mosaic.hpp"
+#include "mosaic/load_mosaic.hpp"
 
 #include "mosaic/mosaic_file.hpp"
 #include "mosaic/path_attributes.hpp"

@@ -34,9 +34,4 @@ void format_mosaic_path(mosaic_state &mosaic);
 /// Asks for the mosaic to be read again at the end of this frame.
 void request_mosaic_reload(frame_state &frame);
 
-/// Reads the file at `mosaic_path` straight into a new vertex buffer, whose
-/// first vertex is the tray's centre. The old one goes first: when there is no
-/// file, or it is shorter than its header promises, no mosaic is shown.
-void load_mosaic(mosaic_state &mosaic);
-
 } // namespace vimbo

@@ -15,8 +15,8 @@ inline constexpr int max_commands = 64;
 /// Runs `command` through the system's shell and returns its output as a
 /// stream, or null when it could not be started. A double quote that the
 /// command leaves open runs to the end of the line. The stream is at its end
-/// once the command's process has ended or has closed its output, even if a
-/// process that it left behind still holds the pipe.
+/// once the command has closed its output, or its process has ended and nothing
+/// more comes for a second from those that it left behind.
 FILE *open_command(const char *command);
 
 /// Reads and drops what the command still prints, then waits until its process

@@ -40,6 +40,9 @@ path_matrix preview_matrix(const preview_state &preview, std::int32_t window_wid
 
 std::int32_t replayed_vertices(std::int32_t vertex_count, std::size_t replay_position)
 {
+    // More points than 31 bits count arrive as a negative number.
+    if (vertex_count < 0)
+        return 0;
     const auto vertices = static_cast<std::uint64_t>(vertex_count);
     return static_cast<std::int32_t>(vertices * replay_position / replay_end);
 }

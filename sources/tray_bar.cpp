@@ -6,9 +6,11 @@
 #include "ui/flags.hpp"
 #include "ui/nuklear.hpp"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 
 namespace vimbo
 {
@@ -73,9 +75,12 @@ void cancel_button(frame_state &frame)
 // The field edits the name inside source_path, so the directory part stays.
 void name_field(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor)
 {
+    char *name = path_name_part(bar.source_path);
+    // A typed separator moves the name part on, toward the end of the buffer.
+    const auto room = static_cast<std::size_t>(std::end(bar.source_path) - name);
     const nk_flags result = nk_edit_string_zero_terminated(
-        frame.context, NK_EDIT_ALWAYS_INSERT_MODE | NK_EDIT_SELECTABLE | NK_EDIT_SIG_ENTER,
-        path_name_part(bar.source_path), name_field_capacity, nk_filter_default);
+        frame.context, NK_EDIT_ALWAYS_INSERT_MODE | NK_EDIT_SELECTABLE | NK_EDIT_SIG_ENTER, name,
+        static_cast<int>(std::min(room, name_field_capacity)), nk_filter_default);
     if ((result & NK_EDIT_COMMITED) == 0)
         return;
     if (write_text_file(bar.source_path, editor.source_text) != 0)

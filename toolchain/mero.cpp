@@ -7,13 +7,14 @@
 // reads it.
 #include "toolchain/mosaic_writer.hpp"
 #include "toolchain/source_evaluator.hpp"
+#include "toolchain/stop_watch.hpp"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <optional>
 #include <sstream>
@@ -24,7 +25,6 @@ namespace
 
 using namespace toolchain;
 
-constexpr char stop_marker[] = "/tmp/mero.end";
 constexpr double default_unit_um = 35.0;
 
 enum status { status_ok = 0, status_error = 1, status_nothing_done = 3 };
@@ -98,15 +98,10 @@ std::optional<std::string> read_file(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
-    if (!file || (file.peek() != std::ifstream::traits_type::eof() && !(text << file.rdbuf())))
+    if (!file || std::filesystem::is_directory(path) ||
+        (file.peek() != std::ifstream::traits_type::eof() && !(text << file.rdbuf())))
         return std::nullopt;
     return text.str();
-}
-
-bool stop_wanted()
-{
-    struct stat marker = {};
-    return stat(stop_marker, &marker) == 0;
 }
 
 double in_mm(double length)
@@ -146,20 +141,14 @@ int integrate(const request &wanted, move_list &moves)
 
 int run(const request &wanted)
 {
-    unlink(stop_marker);
+    watch_for_stop(status_nothing_done);
     const std::optional<std::string> source = read_file(wanted.source);
     if (!source)
         return fail("cannot read " + wanted.source);
     move_list moves;
-    const evaluation_outcome outcome =
-        evaluate({*source, wanted.unit_um.value_or(default_unit_um), stop_wanted}, moves);
-    if (outcome.stopped) {
-        unlink(stop_marker);
-        std::puts("stopped");
-        return status_nothing_done;
-    }
-    if (!outcome.error.empty())
-        return fail(outcome.error);
+    const std::string error = evaluate({*source, wanted.unit_um.value_or(default_unit_um)}, moves);
+    if (!error.empty())
+        return fail(error);
     if (moves.mark_count() == 0) {
         std::puts("nothing was marked");
         return status_nothing_done;

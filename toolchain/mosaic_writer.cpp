@@ -1,6 +1,7 @@
 #include "toolchain/mosaic_writer.hpp"
 
 #include "mosaic/mosaic_file.hpp"
+#include "toolchain/stop_watch.hpp"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -45,16 +46,19 @@ std::string write_mosaic(const std::string &path, std::span<const vimbo::path_ve
     const int descriptor = mkstemp(temporary.data());
     if (descriptor < 0)
         return "cannot write beside " + path + ": " + std::strerror(errno);
+    set_unfinished_file(temporary);
     allow_as_the_umask_does(descriptor);
 
     FILE *file = fdopen(descriptor, "wb");
     const bool written = file != nullptr && write_all(file, moves);
     // A full disk may show only now.
     const bool closed = (file != nullptr ? std::fclose(file) : close(descriptor)) == 0;
-    if (written && closed && std::rename(temporary.c_str(), path.c_str()) == 0)
-        return {};
-    std::string fault = "cannot write " + path + ": " + std::strerror(errno);
-    unlink(temporary.c_str());
+    std::string fault;
+    if (!written || !closed || std::rename(temporary.c_str(), path.c_str()) != 0) {
+        fault = "cannot write " + path + ": " + std::strerror(errno);
+        unlink(temporary.c_str());
+    }
+    set_unfinished_file({});
     return fault;
 }
 

@@ -1,6 +1,5 @@
 #include "toolchain/source_evaluator.hpp"
 
-#include <chrono>
 #include <cstdlib>
 #include <lua.hpp>
 
@@ -10,11 +9,7 @@ namespace toolchain
 namespace
 {
 
-using clock = std::chrono::steady_clock;
-
 constexpr double length_units_per_um = vimbo::length_units_per_mm / 1000.0;
-constexpr auto stop_interval = std::chrono::milliseconds(100);
-constexpr int instructions_per_look = 100000;
 // A source that needs more than this has gone astray; it should be told so
 // before the machine suffers.
 constexpr std::size_t memory_limit = std::size_t{2} << 30;
@@ -23,8 +18,6 @@ struct run_state {
     const evaluation_request &request;
     move_list &moves;
     std::size_t memory_used = 0;
-    clock::time_point next_look = clock::now() + stop_interval;
-    bool stopped = false;
 };
 
 run_state &state_of(lua_State *lua)
@@ -69,24 +62,6 @@ int make_move(lua_State *lua)
     return 0;
 }
 
-// Raised again at every further instruction, so that a source that catches
-// errors cannot go on.
-void look_for_stop(lua_State *lua, lua_Debug * /*where*/)
-{
-    run_state &run = state_of(lua);
-    if (!run.stopped) {
-        const clock::time_point now = clock::now();
-        if (now < run.next_look)
-            return;
-        run.next_look = now + stop_interval;
-        if (!run.request.stop_wanted())
-            return;
-        run.stopped = true;
-        lua_sethook(lua, look_for_stop, LUA_MASKCOUNT, 1);
-    }
-    luaL_error(lua, "stopped");
-}
-
 void open_library(lua_State *lua, const char *name, lua_CFunction open)
 {
     luaL_requiref(lua, name, open, 1);
@@ -120,35 +95,32 @@ int run_source(lua_State *lua)
     return 0;
 }
 
+// Not what __tostring would make of it: that may fail in turn, here unprotected.
 std::string take_error(lua_State *lua)
 {
-    const char *message = luaL_tolstring(lua, -1, nullptr);
-    return message != nullptr ? message : "an error without a message";
+    return lua_type(lua, -1) == LUA_TSTRING ? lua_tostring(lua, -1) : "an error that is no text";
 }
 
 } // namespace
 
-evaluation_outcome evaluate(const evaluation_request &request, move_list &moves)
+std::string evaluate(const evaluation_request &request, move_list &moves)
 {
     run_state run = {request, moves};
     lua_State *lua = lua_newstate(allocate, &run);
     if (lua == nullptr)
-        return {false, "not enough memory"};
+        return "not enough memory";
     *static_cast<run_state **>(lua_getextraspace(lua)) = &run;
-    lua_sethook(lua, look_for_stop, LUA_MASKCOUNT, instructions_per_look);
 
-    evaluation_outcome outcome = {};
+    std::string error;
     for (const lua_CFunction step : {set_up, run_source}) {
         lua_pushcfunction(lua, step);
         if (lua_pcall(lua, 0, 0, 0) == LUA_OK)
             continue;
-        outcome.error = take_error(lua);
+        error = take_error(lua);
         break;
     }
-    outcome.stopped = run.stopped;
-    lua_sethook(lua, nullptr, 0, 0);
     lua_close(lua);
-    return outcome;
+    return error;
 }
 
 } // namespace toolchain

@@ -4,7 +4,6 @@
 
 #include "toolchain/move_list.hpp"
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -14,18 +13,11 @@ namespace toolchain
 struct evaluation_request {
     std::string_view source;
     double unit_um; // what 1 means in jump and mark
-    /// Called about ten times a second; when it returns true the source is left
-    /// where it is.
-    std::function<bool()> stop_wanted;
-};
-
-struct evaluation_outcome {
-    bool stopped;
-    std::string error; // empty, or what went wrong with the source's line
 };
 
 /// Runs the source; its moves are appended to `moves` and what it prints goes to
-/// standard output.
-evaluation_outcome evaluate(const evaluation_request &request, move_list &moves);
+/// standard output. Returns what went wrong, with the source's line, or an empty
+/// text.
+std::string evaluate(const evaluation_request &request, move_list &moves);
 
 } // namespace toolchain

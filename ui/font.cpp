@@ -30,16 +30,6 @@ constexpr nk_rune glyph_ranges[] = {
     0,
 };
 
-bool is_readable(const char *path)
-{
-    std::uint64_t size = 0;
-    FILE *file = open_regular_file(path, size);
-    if (file == nullptr)
-        return false;
-    std::fclose(file);
-    return size > 0;
-}
-
 // What TrueType and OpenType files begin with. Nuklear trusts what it is given.
 bool looks_like_a_font(const char *path)
 {
@@ -60,11 +50,11 @@ bool looks_like_a_font(const char *path)
 
 bool find_font_file(std::span<char> path)
 {
-    if (set_text(path, font_path) && is_readable(path.data()))
+    if (set_text(path, font_path) && looks_like_a_font(path.data()))
         return true;
     char directory[directory_capacity];
     if (executable_directory(directory) && format_text(path, "%s/%s", directory, font_path) &&
-        is_readable(path.data()))
+        looks_like_a_font(path.data()))
         return true;
     clear_text(path);
     return false;
@@ -72,8 +62,6 @@ bool find_font_file(std::span<char> path)
 
 struct nk_font *add_font(nk_font_atlas *atlas, const char *path)
 {
-    if (!looks_like_a_font(path))
-        return nullptr;
     struct nk_font_config config = nk_font_config(configured_height);
     config.range = glyph_ranges;
     return nk_font_atlas_add_from_file(atlas, path, font_height, &config);

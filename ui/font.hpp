@@ -12,7 +12,8 @@ namespace vimbo
 /// the program's own directory.
 inline constexpr char font_path[] = "../share/pellor/common/fonts/iosevka-regular.ttf";
 
-/// Finds the font file. False, with an empty path, when it is nowhere.
+/// Finds the font file. False, with an empty path, when it is nowhere, or what
+/// is there is no font.
 bool find_font_file(std::span<char> path);
 
 /// Adds the font file to the atlas, between its begin and its end. Null when the

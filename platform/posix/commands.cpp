@@ -57,17 +57,18 @@ command_slot *find_slot(const FILE *stream)
     return nullptr;
 }
 
+// How long the last output of an ended process may take through a process that
+// it left behind, such as the `tee` of a wrapper script.
+constexpr int afterglow_ms = 1000;
+
 // True when the pipe has something to give, be it only its end; false when the
-// process has ended and left it empty.
+// process has ended and those that it left behind say nothing.
 bool await_output(const command_slot &slot)
 {
     pollfd watched[2] = {{slot.output, POLLIN, 0}, {slot.process_end, POLLIN, 0}};
     while (poll(watched, 2, -1) < 0 && errno == EINTR) {
     }
-    if (watched[0].revents != 0)
-        return true;
-    // Output can have come between the two answers.
-    return poll(watched, 1, 0) > 0;
+    return watched[0].revents != 0 || poll(watched, 1, afterglow_ms) > 0;
 }
 
 ssize_t read_output(void *cookie, char *buffer, std::size_t size)

@@ -19,20 +19,21 @@ struct {
     void *user;
 } current_walk;
 
-int visit_entry(const char *path, const struct stat * /*status*/, int type)
+bool is_regular_file(const struct stat &status)
+{
+    return S_ISREG(status.st_mode);
+}
+
+int visit_entry(const char *path, const struct stat *status, int type)
 {
     entry_kind kind = entry_kind::other;
-    if (type == FTW_F)
+    // To ftw everything is a file that is no directory, pipes too.
+    if (type == FTW_F && is_regular_file(*status))
         kind = entry_kind::file;
     else if (type == FTW_D || type == FTW_DNR)
         kind = entry_kind::directory;
     current_walk.visit(path, kind, current_walk.user);
     return 0;
-}
-
-bool is_regular_file(const struct stat &status)
-{
-    return S_ISREG(status.st_mode);
 }
 
 } // namespace
