@@ -1,7 +1,9 @@
 #pragma once
 
+#include "app/shown_panels.hpp"
 #include "jobs/evaluation.hpp"
 #include "mosaic/mosaic.hpp"
+#include "render/kept_picture.hpp"
 #include "render/path_buffer.hpp"
 #include "render/preview_panel.hpp"
 #include "render/tray_outline.hpp"
@@ -27,6 +29,9 @@ struct app_state {
     evaluation_state evaluation;
     statistics_state statistics;
     preview_state preview;
+
+    kept_picture picture;
+    shown_panels panels;
 
     GLuint path_program; // 0 when its shaders failed: the preview stays empty
     path_buffer tray_outline;

@@ -15,15 +15,29 @@ namespace
 {
 
 constexpr double frame_wait = 1.0 / 30.0; // seconds without an event
-constexpr int vertex_buffer_size = 16777216;
-constexpr int element_buffer_size = 4194304;
+// A frame may take that much longer while a picture is drawn in slices, or the
+// frames between them would hold it up.
+constexpr double slices_time = 1.0 / 20.0;
 
-void clear_window(GLFWwindow *window, frame_state &frame)
+// Waits for input or for the next frame's time; a picture that is not whole is
+// drawn on meanwhile.
+void await_events(GLFWwindow *window, app_state &app)
 {
-    glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
-    glViewport(0, 0, frame.window_width, frame.window_height);
-    glClearColor(0.7F, 0.7F, 0.7F, 1.0F);
-    glClear(GL_COLOR_BUFFER_BIT);
+    if (has_input(app.input)) {
+        glfwPollEvents();
+        return;
+    }
+    const bool picture_shown = has_flag(app.frame.frame_flags, frame_flag::preview_laid_out);
+    if (!picture_shown || !is_unfinished(app.picture)) {
+        glfwWaitEventsTimeout(frame_wait);
+        return;
+    }
+    const double start = glfwGetTime();
+    do {
+        draw_slice(app.picture, {app.path_program, app.mosaic});
+        glfwPollEvents();
+    } while (is_unfinished(app.picture) && !has_input(app.input) &&
+             glfwWindowShouldClose(window) == GLFW_FALSE && glfwGetTime() - start < slices_time);
 }
 
 // The frame's layouts: as many as its input needs, within the time of a frame.
@@ -47,11 +61,14 @@ void lay_out_frame(app_state &app)
 
 void show_frame(GLFWwindow *window, app_state &app)
 {
-    nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
+    if (take_exposure(app.input))
+        forget_panels(app.panels);
+    render_panels(app.frame, app.panels);
     if (has_flag(app.frame.frame_flags, frame_flag::reload_mosaic))
         load_mosaic(app.mosaic);
     if (has_flag(app.frame.frame_flags, frame_flag::preview_laid_out))
-        draw_preview(app.frame, app.preview, app.path_program, app.mosaic, app.tray_outline);
+        draw_preview(app.frame, app.preview, {app.path_program, app.mosaic, app.tray_outline},
+                     app.picture);
     glfwSwapBuffers(window);
 }
 
@@ -62,10 +79,10 @@ void run_main_loop(GLFWwindow *window, app_state &app)
     initialise_panels(app);
     bool first_frame = true;
     while (glfwWindowShouldClose(window) == GLFW_FALSE) {
-        // Input that is left over is not waited upon.
-        glfwWaitEventsTimeout(has_input(app.input) ? 0 : frame_wait);
+        await_events(window, app);
         begin_backend_frame(app.frame.context);
-        clear_window(window, app.frame);
+        glfwGetWindowSize(window, &app.frame.window_width, &app.frame.window_height);
+        glViewport(0, 0, app.frame.window_width, app.frame.window_height);
         reset_frame_flags(app.frame);
         if (first_frame)
             request_mosaic_reload(app.frame);

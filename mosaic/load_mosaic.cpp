@@ -54,6 +54,7 @@ void delete_mosaic_objects(mosaic_state &mosaic)
 void load_mosaic(mosaic_state &mosaic)
 {
     delete_mosaic_objects(mosaic);
+    ++mosaic.mosaic_generation;
 
     std::uint64_t file_size = 0;
     FILE *file = open_regular_file(mosaic.mosaic_path, file_size);

@@ -26,6 +26,8 @@ struct mosaic_state {
     GLuint mosaic_vao;
     GLuint mosaic_vbo;
     std::int32_t mosaic_vertex_count;
+    /// Counts the loads, so that what was drawn of an earlier one can be told.
+    std::uint32_t mosaic_generation;
 };
 
 /// Makes `mosaic_path` the file of the tray and the index.

@@ -3,8 +3,20 @@
 namespace vimbo
 {
 
+void clear_picture()
+{
+    glClearColor(0.432F, 0.557F, 0.745F, 0.0F);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
 void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                       std::int32_t count, const path_colours &colours)
+{
+    draw_path_range(program, matrix, vertex_array, 0, count, colours);
+}
+
+void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                     std::int32_t first, std::int32_t count, const path_colours &colours)
 {
     if (program == 0 || vertex_array == 0 || count <= 0)
         return;
@@ -14,7 +26,7 @@ void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_a
     glUniform3fv(glGetUniformLocation(program, "klr"), 2, &colours.klr[0][0]);
     glLineWidth(1.0F);
     glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
-    glDrawArrays(GL_LINE_STRIP, 0, count);
+    glDrawArrays(GL_LINE_STRIP, first, count);
 }
 
 } // namespace vimbo

@@ -24,6 +24,9 @@ struct path_colours {
 inline constexpr path_colours mosaic_colours = {{{0.5F, 0.65F, 0.85F}, {1.0F, 1.0F, 1.0F}}};
 inline constexpr path_colours outline_colours = {{{0.85F, 0.65F, 0.45F}, {1.0F, 1.0F, 1.0F}}};
 
+/// Fills what the scissor leaves free with the picture's background.
+void clear_picture();
+
 /// 16 floats in column order.
 struct path_matrix {
     GLfloat element[16];
@@ -34,5 +37,10 @@ struct path_matrix {
 /// program, a vertex array or vertices.
 void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                       std::int32_t count, const path_colours &colours);
+
+/// The same from vertex `first` on. Two ranges that share a vertex, one after the
+/// other, give what one draw of both gives.
+void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                     std::int32_t first, std::int32_t count, const path_colours &colours);
 
 } // namespace vimbo

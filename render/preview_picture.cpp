@@ -6,19 +6,40 @@ namespace vimbo
 namespace
 {
 
-// A rectangle in GL's window coordinates, origin bottom left.
-struct picture_area {
-    GLint x;
-    GLint y;
-    GLsizei width;
-    GLsizei height;
-};
-
 picture_area area_of(const struct nk_rect &rectangle, std::int32_t window_height)
 {
     const float bottom = static_cast<float>(window_height) - rectangle.y - rectangle.h;
     return {static_cast<GLint>(rectangle.x), static_cast<GLint>(bottom),
             static_cast<GLsizei>(rectangle.w), static_cast<GLsizei>(rectangle.h)};
+}
+
+bool is_empty(const picture_area &area)
+{
+    return area.width <= 0 || area.height <= 0;
+}
+
+picture_view view_of(const frame_state &frame, const preview_state &preview,
+                     const mosaic_state &mosaic)
+{
+    return {preview_matrix(preview, frame.window_width, frame.window_height),
+            area_of(preview.rectangle, frame.window_height), frame.window_width,
+            frame.window_height, mosaic.mosaic_generation};
+}
+
+void begin_area(const picture_area &area)
+{
+    glViewport(area.x, area.y, area.width, area.height);
+    glScissor(area.x, area.y, area.width, area.height);
+    glEnable(GL_SCISSOR_TEST);
+    glDisable(GL_BLEND);
+}
+
+void draw_outline(const picture_view &view, const picture_parts &parts)
+{
+    begin_area(view.area);
+    draw_path_buffer(parts.program, view.matrix, parts.outline.vertex_array,
+                     parts.outline.vertex_count, outline_colours);
+    glDisable(GL_SCISSOR_TEST);
 }
 
 } // namespace
@@ -47,25 +68,35 @@ std::int32_t replayed_vertices(std::int32_t vertex_count, std::size_t replay_pos
     return static_cast<std::int32_t>(vertices * replay_position / replay_end);
 }
 
-void draw_preview(const frame_state &frame, const preview_state &preview, GLuint program,
-                  const mosaic_state &mosaic, const path_buffer &outline)
+void draw_preview(const frame_state &frame, const preview_state &preview,
+                  const picture_parts &parts, kept_picture &kept)
 {
-    const picture_area area = area_of(preview.rectangle, frame.window_height);
-    if (area.width <= 0 || area.height <= 0)
+    const picture_view view = view_of(frame, preview, parts.mosaic);
+    if (is_empty(view.area))
         return;
-    glViewport(area.x, area.y, area.width, area.height);
-    glScissor(area.x, area.y, area.width, area.height);
-    glEnable(GL_SCISSOR_TEST);
-    glDisable(GL_BLEND);
-    glClearColor(0.432F, 0.557F, 0.745F, 0.0F);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    const std::int32_t vertices =
+        replayed_vertices(parts.mosaic.mosaic_vertex_count, preview.replay_position);
+    if (!want_picture(kept, {parts.program, parts.mosaic}, view, vertices)) {
+        draw_preview_directly(frame, preview, parts);
+        return;
+    }
+    show_picture(kept);
+    draw_outline(view, parts);
+}
 
-    const path_matrix matrix = preview_matrix(preview, frame.window_width, frame.window_height);
-    draw_path_buffer(program, matrix, mosaic.mosaic_vao,
-                     replayed_vertices(mosaic.mosaic_vertex_count, preview.replay_position),
+void draw_preview_directly(const frame_state &frame, const preview_state &preview,
+                           const picture_parts &parts)
+{
+    const picture_view view = view_of(frame, preview, parts.mosaic);
+    if (is_empty(view.area))
+        return;
+    begin_area(view.area);
+    clear_picture();
+    draw_path_buffer(parts.program, view.matrix, parts.mosaic.mosaic_vao,
+                     replayed_vertices(parts.mosaic.mosaic_vertex_count, preview.replay_position),
                      mosaic_colours);
-    draw_path_buffer(program, matrix, outline.vertex_array, outline.vertex_count, outline_colours);
     glDisable(GL_SCISSOR_TEST);
+    draw_outline(view, parts);
 }
 
 } // namespace vimbo

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "mosaic/mosaic.hpp"
+#include "render/kept_picture.hpp"
 #include "render/path_buffer.hpp"
 #include "render/preview_panel.hpp"
 
@@ -18,8 +19,20 @@ path_matrix preview_matrix(const preview_state &preview, std::int32_t window_wid
 /// How many of the path's vertices the replay position shows.
 std::int32_t replayed_vertices(std::int32_t vertex_count, std::size_t replay_position);
 
-/// The picture as it stands, over whatever the rectangle held.
-void draw_preview(const frame_state &frame, const preview_state &preview, GLuint program,
-                  const mosaic_state &mosaic, const path_buffer &outline);
+/// What the picture is made of.
+struct picture_parts {
+    GLuint program;
+    const mosaic_state &mosaic;
+    const path_buffer &outline;
+};
+
+/// The picture as it stands, over whatever the rectangle held; from what is kept
+/// of it as far as that goes.
+void draw_preview(const frame_state &frame, const preview_state &preview,
+                  const picture_parts &parts, kept_picture &kept);
+
+/// The same without anything kept.
+void draw_preview_directly(const frame_state &frame, const preview_state &preview,
+                           const picture_parts &parts);
 
 } // namespace vimbo

@@ -246,6 +246,11 @@ void on_scroll(GLFWwindow *window, double x, double y)
                                    static_cast<float>(y)});
 }
 
+void on_refresh(GLFWwindow *window)
+{
+    queue_of(window).exposed = true;
+}
+
 } // namespace
 
 void queue_input(input_queue &queue, const input_event &event)
@@ -279,6 +284,13 @@ void take_input(input_queue &queue, nk_context *context)
     nk_input_end(context);
 }
 
+bool take_exposure(input_queue &queue)
+{
+    const bool exposed = queue.exposed;
+    queue.exposed = false;
+    return exposed;
+}
+
 void watch_input(GLFWwindow *window, nk_context *context, input_queue &queue)
 {
     glfwSetWindowUserPointer(window, &queue);
@@ -287,6 +299,7 @@ void watch_input(GLFWwindow *window, nk_context *context, input_queue &queue)
     glfwSetCursorPosCallback(window, on_motion);
     glfwSetMouseButtonCallback(window, on_button);
     glfwSetScrollCallback(window, on_scroll);
+    glfwSetWindowRefreshCallback(window, on_refresh);
     use_clipboard(window, context);
     double x = 0;
     double y = 0;

@@ -32,6 +32,7 @@ struct input_queue {
     input_event events[input_capacity];
     std::size_t first;
     std::size_t count;
+    bool exposed; // a part of the window that was covered is seen again
 };
 
 /// Appends an event; a motion replaces a motion that waits right before it.
@@ -44,6 +45,9 @@ void take_input(input_queue &queue, nk_context *context);
 
 /// True while events wait.
 bool has_input(const input_queue &queue);
+
+/// True when the window was exposed since the last time.
+bool take_exposure(input_queue &queue);
 
 /// Has the window's events queued, in place of the backend's own callbacks, and
 /// the clipboard served. The queue must outlive the window.
