@@ -42,8 +42,12 @@ void panel_bench::frame()
         nk_input_button(&context, static_cast<nk_buttons>(button), pointer.x, pointer.y,
                         button_down[button] ? nk_true : nk_false);
     nk_input_scroll(&context, nk_vec2(0, notches));
-    for (const char c : typed)
-        nk_input_char(&context, c);
+    for (std::size_t at = 0; at < typed.size();) {
+        nk_rune character = 0;
+        at += static_cast<std::size_t>(
+            nk_utf_decode(&typed[at], &character, static_cast<int>(typed.size() - at)));
+        nk_input_unicode(&context, character);
+    }
     for (int key = NK_KEY_NONE + 1; key < NK_KEY_MAX; ++key)
         nk_input_key(&context, static_cast<nk_keys>(key), pressed_key == key ? nk_true : nk_false);
     nk_input_end(&context);
@@ -53,16 +57,21 @@ void panel_bench::frame()
 
     vimbo::reset_frame_flags(state->frame);
     vimbo::main_panel(*state);
-    collect_texts();
+    collect_drawing();
     nk_clear(&context);
 }
 
-void panel_bench::collect_texts()
+void panel_bench::collect_drawing()
 {
     drawn.clear();
+    filled.clear();
     const nk_command *command = nullptr;
     nk_foreach(command, &context)
     {
+        if (command->type == NK_COMMAND_RECT_FILLED) {
+            const auto *box = reinterpret_cast<const nk_command_rect_filled *>(command);
+            filled.push_back({nk_rect(box->x, box->y, box->w, box->h), box->color});
+        }
         if (command->type != NK_COMMAND_TEXT)
             continue;
         const auto *text = reinterpret_cast<const nk_command_text *>(command);
