@@ -9,8 +9,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <array>
 #include <string>
-#include <vector>
 
 namespace
 {
@@ -152,11 +152,11 @@ TEST_F(Command, LetGoRunsOnToItsEnd)
 
 TEST_F(Command, IsRefusedWhenTheTableIsFullAndAgainPossibleAfterwards)
 {
-    std::vector<FILE *> streams;
-    for (int i = 0; i < vimbo::max_commands; ++i)
-        streams.push_back(vimbo::open_command(stub("await " + place.file("go")).c_str()));
-    for (const FILE *stream : streams)
+    std::array<FILE *, vimbo::max_commands> streams = {};
+    for (FILE *&stream : streams) {
+        stream = vimbo::open_command(stub("await " + place.file("go")).c_str());
         EXPECT_NE(stream, nullptr);
+    }
     EXPECT_EQ(vimbo::open_command("true"), nullptr);
     write_file(place.file("go"), "");
     for (FILE *stream : streams)
