@@ -73,7 +73,7 @@ protected:
     const scratch_directory place;
     const GLuint program;
     vimbo::frame_state frame = {};
-    vimbo::preview_state preview;
+    vimbo::preview_state preview = {};
     vimbo::mosaic_state mosaic = {};
 };
 

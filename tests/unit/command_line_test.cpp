@@ -22,6 +22,7 @@ outcome read(std::vector<std::string> arguments)
 {
     arguments.insert(arguments.begin(), "the-program");
     std::vector<char *> pointers;
+    pointers.reserve(arguments.size());
     for (std::string &argument : arguments)
         pointers.push_back(argument.data());
     outcome result = {false, std::make_unique<app_state>(), {}};

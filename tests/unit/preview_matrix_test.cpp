@@ -24,7 +24,7 @@ TEST(PreviewMatrix, ScalesBy64WithTheWholeWindowsAspect)
 
 TEST(PreviewMatrix, TakesZoomAndPan)
 {
-    preview_state view;
+    preview_state view = {};
     view.zoom = 0.25F;
     view.pan_x = -3;
     view.pan_y = 7;
