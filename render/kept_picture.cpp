@@ -25,7 +25,8 @@ static_assert(sizeof(picture_view) == sizeof(path_matrix) + sizeof(picture_area)
 
 bool same_view(const picture_view &a, const picture_view &b)
 {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+    // As bytes, as a view that is no number has to equal itself.
+    return std::memcmp(&a, &b, sizeof a) == 0; // NOLINT(bugprone-suspicious-memory-comparison)
 }
 
 // The window's rows run from the top down in memory, an offscreen picture's from
@@ -164,6 +165,13 @@ axis vertical(const picture_view &view)
     return {view.matrix.element[5], view.matrix.element[13], view.area.y, view.area.height};
 }
 
+// All of an axis, as it is.
+shared_stretch whole(const axis &along)
+{
+    const GLint end = along.start + along.length;
+    return {{along.start, end}, {along.start, end}, false};
+}
+
 void copy_to_window(const picture_layer &layer, const shared_stretch &x, const shared_stretch &y,
                     GLenum filter)
 {
@@ -172,6 +180,16 @@ void copy_to_window(const picture_layer &layer, const shared_stretch &x, const s
                       layer_row(layer, y.from[1]), x.to[0], y.to[0], x.to[1], y.to[1],
                       GL_COLOR_BUFFER_BIT, filter);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+}
+
+// The picture before, moved and scaled to the wanted view.
+void show_stand_in(const kept_picture &kept)
+{
+    clear_picture();
+    const shared_stretch x = share(horizontal(kept.shown.view), horizontal(kept.wanted));
+    const shared_stretch y = share(vertical(kept.shown.view), vertical(kept.wanted));
+    if (!x.empty && !y.empty)
+        copy_to_window(kept.shown, x, y, GL_LINEAR);
 }
 
 } // namespace
@@ -229,12 +247,11 @@ void show_picture(const kept_picture &kept)
     glViewport(area.x, area.y, area.width, area.height);
     glScissor(area.x, area.y, area.width, area.height);
     glEnable(GL_SCISSOR_TEST);
-    if (!stands)
-        clear_picture();
-    const shared_stretch x = share(horizontal(kept.shown.view), horizontal(kept.wanted));
-    const shared_stretch y = share(vertical(kept.shown.view), vertical(kept.wanted));
-    if (!x.empty && !y.empty)
-        copy_to_window(kept.shown, x, y, stands ? GL_NEAREST : GL_LINEAR);
+    if (stands)
+        copy_to_window(kept.shown, whole(horizontal(kept.wanted)), whole(vertical(kept.wanted)),
+                       GL_NEAREST);
+    else
+        show_stand_in(kept);
     glDisable(GL_SCISSOR_TEST);
 }
 

@@ -62,6 +62,8 @@ bool find_font_file(std::span<char> path)
 
 struct nk_font *add_font(nk_font_atlas *atlas, const char *path)
 {
+    if (!looks_like_a_font(path))
+        return nullptr;
     struct nk_font_config config = nk_font_config(configured_height);
     config.range = glyph_ranges;
     return nk_font_atlas_add_from_file(atlas, path, font_height, &config);

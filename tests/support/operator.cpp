@@ -3,7 +3,6 @@
 #include "ui/fixed_text.hpp"
 
 #include <stdexcept>
-#include <thread>
 
 namespace bench
 {
@@ -81,14 +80,14 @@ void desk_operator::show_statistics()
     toggle("|", 0);
 }
 
-unsigned long wait_for_window(const x_session &screen)
+unsigned long wait_for_window(x_session &screen)
 {
     unsigned long window = 0;
     wait_until([&] { return (window = screen.find_window("Orvanne Material Editor")) != 0; });
     if (window == 0)
         throw std::runtime_error("the program showed no window");
-    // Its first frame.
-    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    screen.attend(window);
+    screen.settle();
     return window;
 }
 

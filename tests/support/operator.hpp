@@ -50,7 +50,8 @@ private:
     std::string source_directory;
 };
 
-/// What a desk operator needs of a running program: a window under its title.
-unsigned long wait_for_window(const x_session &screen);
+/// What a desk operator needs of a running program: a window under its title,
+/// with its first frame on the screen. It is attended from then on.
+unsigned long wait_for_window(x_session &screen);
 
 } // namespace bench

@@ -58,7 +58,7 @@ void panel_bench::frame()
 
     vimbo::reset_frame_flags(state->frame);
     vimbo::main_panel(*state);
-    collect_texts();
+    collect_drawing();
     nk_clear(&context);
 }
 
@@ -71,12 +71,17 @@ void panel_bench::type_into_context()
     }
 }
 
-void panel_bench::collect_texts()
+void panel_bench::collect_drawing()
 {
     drawn.clear();
+    filled.clear();
     const nk_command *command = nullptr;
     nk_foreach(command, &context)
     {
+        if (command->type == NK_COMMAND_RECT_FILLED) {
+            const auto *box = reinterpret_cast<const nk_command_rect_filled *>(command);
+            filled.push_back({nk_rect(box->x, box->y, box->w, box->h), box->color});
+        }
         if (command->type != NK_COMMAND_TEXT)
             continue;
         const auto *text = reinterpret_cast<const nk_command_text *>(command);

@@ -26,6 +26,12 @@ struct drawn_text {
     struct nk_rect bounds;
 };
 
+/// A filled rectangle as the last frame drew it.
+struct drawn_rectangle {
+    struct nk_rect bounds;
+    struct nk_color colour;
+};
+
 class panel_bench
 {
 public:
@@ -48,6 +54,11 @@ public:
         return drawn;
     }
 
+    const std::vector<drawn_rectangle> &rectangles() const
+    {
+        return filled;
+    }
+
     /// Centre of the nth text that reads exactly so.
     std::optional<point> find(std::string_view label, int nth = 0) const;
 
@@ -59,6 +70,7 @@ public:
     /// The same on a label; it must be there.
     void click(std::string_view label, int nth = 0);
     void scroll(float notches);
+    /// Text as the operator types it, in UTF-8.
     void type(std::string_view text);
     void key(nk_keys key);
 
@@ -67,12 +79,13 @@ public:
 
 private:
     void type_into_context();
-    void collect_texts();
+    void collect_drawing();
 
     std::unique_ptr<vimbo::app_state> state;
     nk_context context = {};
     nk_user_font font = {};
     std::vector<drawn_text> drawn;
+    std::vector<drawn_rectangle> filled;
     std::string typed;
     std::optional<nk_keys> pressed_key;
     point pointer = {-1, -1};

@@ -1,5 +1,6 @@
 #include "tests/support/x_session.hpp"
 
+#include <X11/extensions/Xdamage.h>
 #include <X11/extensions/XTest.h>
 #include <X11/keysym.h>
 #include <X11/XKBlib.h>
@@ -24,8 +25,9 @@ namespace
 {
 
 constexpr auto poll_interval = std::chrono::milliseconds(10);
-// Longer than a frame takes under a software renderer on a loaded machine.
+// Where no window is attended: longer than most frames take.
 constexpr auto hold_time = std::chrono::milliseconds(120);
+constexpr auto answer_time = std::chrono::seconds(30);
 
 // In a fresh child: ends together with the test that started it.
 void die_with_parent()
@@ -147,6 +149,79 @@ void x_session::resize_window(unsigned long window, int width, int height) const
     XSync(display, False);
 }
 
+void x_session::attend(unsigned long window)
+{
+    // The answer to a ping comes by way of the root window.
+    XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
+    attended = window;
+}
+
+// Window managers ping a window to see whether it still takes its events; the
+// answer comes in the program's turn, behind everything sent before.
+void x_session::await_answer() const
+{
+    const Atom ping = XInternAtom(display, "_NET_WM_PING", False);
+    static long serial = 0;
+    XEvent question = {};
+    question.xclient.type = ClientMessage;
+    question.xclient.window = attended;
+    question.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    question.xclient.format = 32;
+    question.xclient.data.l[0] = static_cast<long>(ping);
+    question.xclient.data.l[1] = ++serial;
+    question.xclient.data.l[2] = static_cast<long>(attended);
+    XSendEvent(display, attended, False, NoEventMask, &question);
+    const auto answered = [&] {
+        XEvent event = {};
+        while (XPending(display) > 0) {
+            XNextEvent(display, &event);
+            if (event.type == ClientMessage && event.xclient.data.l[0] == static_cast<long>(ping) &&
+                event.xclient.data.l[1] == serial)
+                return true;
+        }
+        return false;
+    };
+    if (!wait_until(answered, answer_time))
+        throw std::runtime_error("the program does not answer any more");
+}
+
+void x_session::settle() const
+{
+    if (attended == 0) {
+        std::this_thread::sleep_for(hold_time);
+        return;
+    }
+    // The first answer may come while events are still being taken; between
+    // the answers lies at least one whole frame.
+    for (int i = 0; i < 3; ++i)
+        await_answer();
+}
+
+int x_session::count_redraws(unsigned long window, std::chrono::milliseconds time) const
+{
+    int first_event = 0;
+    int first_error = 0;
+    if (XDamageQueryExtension(display, &first_event, &first_error) == 0)
+        throw std::runtime_error("the X server tells no damage");
+    const Damage damage = XDamageCreate(display, window, XDamageReportNonEmpty);
+    int count = 0;
+    XEvent event = {};
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end) {
+        while (XPending(display) > 0) {
+            XNextEvent(display, &event);
+            if (event.type != first_event + XDamageNotify)
+                continue;
+            ++count;
+            XDamageSubtract(display, damage, None, None);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    XDamageDestroy(display, damage);
+    XSync(display, True);
+    return count;
+}
+
 void x_session::move(point to) const
 {
     XTestFakeMotionEvent(display, -1, to.x, to.y, CurrentTime);
@@ -168,11 +243,11 @@ void x_session::release(int button) const
 void x_session::click(point at, int button) const
 {
     move(at);
-    std::this_thread::sleep_for(hold_time);
+    settle();
     press(button);
-    std::this_thread::sleep_for(hold_time);
+    settle();
     release(button);
-    std::this_thread::sleep_for(hold_time);
+    settle();
 }
 
 void x_session::scroll(int notches) const
@@ -204,7 +279,7 @@ unsigned int x_session::code_of(unsigned long symbol, bool &shift) const
     KeySym symbols[2] = {symbol, symbol};
     XChangeKeyboardMapping(display, spare, 2, symbols, 1);
     XSync(display, False);
-    std::this_thread::sleep_for(hold_time);
+    settle();
     return spare;
 }
 
@@ -223,11 +298,11 @@ void x_session::key(std::string_view name) const
     if (with_control)
         send_key(control_code, true);
     send_key(code, true);
-    std::this_thread::sleep_for(hold_time);
+    settle();
     send_key(code, false);
     if (with_control)
         send_key(control_code, false);
-    std::this_thread::sleep_for(hold_time);
+    settle();
 }
 
 void x_session::type(std::u32string_view text) const
@@ -247,7 +322,7 @@ void x_session::type(std::u32string_view text) const
         if (shift)
             send_key(shift_code, false);
     }
-    std::this_thread::sleep_for(hold_time);
+    settle();
 }
 
 image x_session::screenshot() const

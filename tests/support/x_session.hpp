@@ -63,10 +63,20 @@ public:
     void close_window(unsigned long window) const;
     void resize_window(unsigned long window, int width, int height) const;
 
+    /// Takes the window for the one that all input is for: from now on every
+    /// event is followed by frames in which it was seen, however slow they are.
+    void attend(unsigned long window);
+    /// Waits until the attended window's program has laid out a whole frame.
+    /// Throws when it does not answer.
+    void settle() const;
+
+    /// How often the window's content changed on the screen in this time.
+    int count_redraws(unsigned long window, std::chrono::milliseconds time) const;
+
     void move(point to) const;
     void press(int button = 1) const;
     void release(int button = 1) const;
-    /// Down long enough for a slow frame to see it.
+    /// Down long enough for a frame to see it.
     void click(point at, int button = 1) const;
     void scroll(int notches) const;
     /// A key by its X name, such as "Return" or "ctrl+a".
@@ -79,7 +89,10 @@ private:
     void send_key(unsigned int code, bool down) const;
     unsigned int code_of(unsigned long symbol, bool &shift) const;
 
+    void await_answer() const;
+
     pid_t server = 0;
+    unsigned long attended = 0;
     std::string display_name;
     _XDisplay *display = nullptr;
 };

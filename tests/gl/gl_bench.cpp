@@ -1,0 +1,118 @@
+#include "tests/gl/gl_bench.hpp"
+
+#include <GLFW/glfw3.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace bench
+{
+
+canvas::canvas(int width, int height) : columns(width), rows(height)
+{
+    glGenFramebuffers(1, &frame_buffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, frame_buffer);
+    glGenRenderbuffers(1, &pixels);
+    glBindRenderbuffer(GL_RENDERBUFFER, pixels);
+    glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width, height);
+    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER, pixels);
+    glViewport(0, 0, width, height);
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
+canvas::~canvas()
+{
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "a GL call was wrong";
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glDeleteFramebuffers(1, &frame_buffer);
+    glDeleteRenderbuffers(1, &pixels);
+}
+
+colour canvas::at(int x, int y) const
+{
+    unsigned char pixel[4] = {};
+    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+    return {pixel[0], pixel[1], pixel[2]};
+}
+
+int canvas::count(colour wanted) const
+{
+    std::vector<unsigned char> all(static_cast<std::size_t>(columns) *
+                                   static_cast<std::size_t>(rows) * 4);
+    glReadPixels(0, 0, columns, rows, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
+    int found = 0;
+    for (std::size_t i = 0; i < all.size(); i += 4)
+        found += alike({all[i], all[i + 1], all[i + 2]}, wanted) ? 1 : 0;
+    return found;
+}
+
+bool alike(colour one, colour other)
+{
+    return std::abs(one.red - other.red) <= 1 && std::abs(one.green - other.green) <= 1 &&
+           std::abs(one.blue - other.blue) <= 1;
+}
+
+int live_objects()
+{
+    // Drivers give names in order, so those of a test's few objects are low.
+    constexpr GLuint names = 4096;
+    int count = 0;
+    for (GLuint name = 1; name < names; ++name) {
+        count += glIsBuffer(name) + glIsVertexArray(name);
+        count += glIsShader(name) + glIsProgram(name);
+    }
+    return count;
+}
+
+std::vector<unsigned char> bytes_of_buffer(GLuint buffer)
+{
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    GLint size = 0;
+    glGetBufferParameteriv(GL_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(size));
+    glGetBufferSubData(GL_ARRAY_BUFFER, 0, size, bytes.data());
+    return bytes;
+}
+
+} // namespace bench
+
+namespace
+{
+
+// One context for all tests of the executable, as the program makes its own.
+bool make_context()
+{
+    if (glfwInit() == GLFW_FALSE)
+        return false;
+    glfwWindowHint(GLFW_VISIBLE, GLFW_FALSE);
+    glfwWindowHint(GLFW_CONTEXT_VERSION_MAJOR, 3);
+    glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
+    glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
+    GLFWwindow *window =
+        glfwCreateWindow(bench::window_width, bench::window_height, "tests", nullptr, nullptr);
+    if (window == nullptr)
+        return false;
+    glfwMakeContextCurrent(window);
+    glewExperimental = GL_TRUE;
+    return glewInit() == GLEW_OK;
+}
+
+} // namespace
+
+int main(int argument_count, char *arguments[])
+{
+    testing::InitGoogleTest(&argument_count, arguments);
+    if (testing::GTEST_FLAG(list_tests))
+        return RUN_ALL_TESTS();
+    const bench::x_session screen(640, 480);
+    setenv("DISPLAY", screen.name().c_str(), 1);
+    if (!make_context()) {
+        std::fputs("no OpenGL 3.3 context\n", stderr);
+        return 1;
+    }
+    const int status = RUN_ALL_TESTS();
+    glfwTerminate();
+    return status;
+}

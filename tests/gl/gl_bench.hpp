@@ -1,0 +1,53 @@
+// A place to draw at without a screen: a real GL context, and canvases whose
+// pixels can be read back. The executable's main function sets the context up.
+#pragma once
+
+#include "mosaic/mosaic.hpp"
+#include "mosaic/path_vertex.hpp"
+#include "render/path_buffer.hpp"
+#include "tests/support/x_session.hpp" // colour
+
+#include <string>
+#include <vector>
+
+namespace bench
+{
+
+/// What is drawn while it lives goes here. Pixels count from the bottom left.
+class canvas
+{
+public:
+    canvas(int width, int height);
+    ~canvas();
+    canvas(const canvas &) = delete;
+    canvas &operator=(const canvas &) = delete;
+
+    colour at(int x, int y) const;
+    /// How many pixels have this colour, or one that differs by rounding.
+    int count(colour wanted) const;
+
+private:
+    int columns, rows;
+    GLuint frame_buffer = 0;
+    GLuint pixels = 0;
+};
+
+/// True when no channel differs by more than rounding can make it.
+bool alike(colour one, colour other);
+
+/// Buffers, vertex arrays, shaders and programs that exist.
+int live_objects();
+
+std::vector<unsigned char> bytes_of_buffer(GLuint buffer);
+
+/// Size of the context's own window.
+inline constexpr int window_width = 600;
+inline constexpr int window_height = 440;
+
+inline constexpr colour untouched = {0, 0, 0};
+inline constexpr colour background = {110, 142, 190};
+inline constexpr colour mark = {255, 255, 255};
+inline constexpr colour jump = {128, 166, 217};
+inline constexpr colour outline = {217, 166, 115};
+
+} // namespace bench

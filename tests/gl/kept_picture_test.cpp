@@ -1,0 +1,262 @@
+// The kept picture against one drawn directly, pixel by pixel, in the window.
+#include "mosaic/load_mosaic.hpp"
+#include "render/path_program.hpp"
+#include "render/preview_picture.hpp"
+#include "render/tray_outline.hpp"
+#include "tests/gl/gl_bench.hpp"
+#include "tests/support/scratch.hpp"
+#include "ui/fixed_text.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+using namespace bench;
+
+using pixels = std::vector<unsigned char>;
+
+class KeptPicture : public testing::Test
+{
+protected:
+    KeptPicture()
+    {
+        frame.window_width = window_width;
+        frame.window_height = window_height;
+        preview.rectangle = {.x = 61, .y = 33, .w = 480, .h = 371};
+        load(20000, 1);
+    }
+    ~KeptPicture() override
+    {
+        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+        vimbo::delete_offscreen(kept.shown.target);
+        vimbo::delete_offscreen(kept.next.target);
+        vimbo::set_text(mosaic.mosaic_path, "");
+        vimbo::load_mosaic(mosaic);
+        glDeleteVertexArrays(1, &outline.vertex_array);
+        glDeleteBuffers(1, &outline.buffer);
+        glUseProgram(0);
+        glDeleteProgram(program);
+    }
+
+    // Random moves, most of them short, as in a mosaic.
+    void load(int count, unsigned int seed)
+    {
+        std::mt19937 random(seed);
+        std::vector<vimbo::path_vertex> points;
+        vimbo::path_vertex last = {0, 0};
+        const auto near = [&](std::int32_t from) {
+            return (from + static_cast<std::int32_t>(random() % 4000000) - 2000000) % 14000000;
+        };
+        for (int i = 0; i < count; ++i) {
+            last = {near(last.x), near(last.y)};
+            points.push_back(last);
+        }
+        write_file(place.file("mosaic"), mosaic_bytes(points));
+        vimbo::set_text(mosaic.mosaic_path, place.file("mosaic"));
+        vimbo::load_mosaic(mosaic);
+    }
+
+    vimbo::picture_parts parts() const
+    {
+        return {program, mosaic, outline};
+    }
+
+    static pixels window_pixels()
+    {
+        pixels all(std::size_t{window_width} * window_height * 4);
+        glReadPixels(0, 0, window_width, window_height, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
+        return all;
+    }
+
+    static void blacken()
+    {
+        glClearColor(0, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+    }
+
+    // One frame, without any slices between it and the next.
+    void draw_frame()
+    {
+        blacken();
+        vimbo::draw_preview(frame, preview, parts(), kept);
+    }
+
+    void finish()
+    {
+        draw_frame();
+        while (vimbo::is_unfinished(kept))
+            vimbo::draw_slice(kept, {program, mosaic});
+        draw_frame();
+    }
+
+    pixels direct_pixels()
+    {
+        blacken();
+        vimbo::draw_preview_directly(frame, preview, parts());
+        return window_pixels();
+    }
+
+    static int differing(const pixels &a, const pixels &b)
+    {
+        int count = 0;
+        for (std::size_t i = 0; i < a.size(); i += 4)
+            count += std::equal(&a[i], &a[i] + 4, &b[i]) ? 0 : 1;
+        return count;
+    }
+
+    void expect_direct_picture(const char *when)
+    {
+        const pixels kept_pixels = window_pixels();
+        EXPECT_EQ(differing(kept_pixels, direct_pixels()), 0) << when;
+    }
+
+    // Both ways of getting there: at once, and in slices between frames.
+    void expect_both_ways(const char *when)
+    {
+        finish();
+        expect_direct_picture(when);
+        kept.shown.view = {};
+        kept.next.view = {};
+        kept.vertices_per_second = 1; // nothing fits into a frame
+        kept.slice_vertices = 1500;
+        finish();
+        expect_direct_picture(when);
+    }
+
+    scratch_directory place;
+    GLuint program = vimbo::build_path_program();
+    vimbo::path_buffer outline = vimbo::build_tray_outline(25600000, 25600000, 2560000);
+    vimbo::frame_state frame = {};
+    vimbo::preview_state preview = {};
+    vimbo::mosaic_state mosaic = {};
+    vimbo::kept_picture kept = {};
+};
+
+TEST_F(KeptPicture, IsTheDirectOne)
+{
+    expect_both_ways("at first");
+    preview.pan_x = 0.1237F;
+    preview.pan_y = -0.0731F;
+    expect_both_ways("panned");
+    preview.zoom = 3.37F;
+    expect_both_ways("zoomed in");
+    preview.zoom = 0.21F;
+    expect_both_ways("zoomed out");
+}
+
+TEST_F(KeptPicture, IsTheDirectOneAtEachStepOfAReplay)
+{
+    preview.replay_position = 0;
+    for (; preview.replay_position <= vimbo::replay_end; preview.replay_position += 15) {
+        draw_frame();
+        expect_direct_picture("while it is replayed");
+    }
+    preview.replay_position = 100;
+    finish();
+    expect_direct_picture("when the replay was set back");
+}
+
+TEST_F(KeptPicture, IsTheDirectOneAfterAChangeInTheMiddleOfAReplay)
+{
+    preview.replay_position = 70;
+    finish();
+    preview.rectangle = {.x = 20, .y = 11, .w = 333, .h = 402};
+    preview.replay_position = 71;
+    finish();
+    expect_direct_picture("resized");
+    preview.pan_x = 0.3F;
+    preview.replay_position = 72;
+    finish();
+    expect_direct_picture("panned");
+    load(9000, 2);
+    preview.replay_position = 73;
+    finish();
+    expect_direct_picture("reloaded");
+}
+
+TEST_F(KeptPicture, NeverShowsAMosaicThatIsGone)
+{
+    finish();
+    vimbo::set_text(mosaic.mosaic_path, place.file("missing"));
+    vimbo::load_mosaic(mosaic);
+    draw_frame();
+    expect_direct_picture("with no mosaic");
+    load(5000, 3);
+    finish();
+    expect_direct_picture("with another one");
+}
+
+TEST_F(KeptPicture, ComesBackAsItWasWhenItWasHidden)
+{
+    finish();
+    blacken(); // frames without the panel
+    draw_frame();
+    EXPECT_FALSE(vimbo::is_unfinished(kept));
+    expect_direct_picture("shown again");
+}
+
+TEST_F(KeptPicture, DropsTheSlicesOfAnOlderView)
+{
+    finish();
+    for (int i = 1; i < 5; ++i) {
+        kept.vertices_per_second = 1;
+        kept.slice_vertices = 3000;
+        preview.pan_x = 0.05F * static_cast<float>(i);
+        draw_frame();
+        vimbo::draw_slice(kept, {program, mosaic});
+        EXPECT_TRUE(vimbo::is_unfinished(kept));
+    }
+    finish();
+    expect_direct_picture("after the last of the views");
+}
+
+TEST_F(KeptPicture, StandsInMovedWhileTheTrueOneIsDrawn)
+{
+    finish();
+    blacken();
+    const pixels before = direct_pixels();
+    kept.vertices_per_second = 1;
+    // A pan by a whole number of pixels moves the stand-in exactly.
+    preview.pan_x = 2.0F * 30 / preview.rectangle.w;
+    draw_frame();
+    EXPECT_TRUE(vimbo::is_unfinished(kept));
+    const pixels moved = window_pixels();
+    const auto at = [](const pixels &p, int x, int y) {
+        return &p[(static_cast<std::size_t>(y) * window_width + static_cast<std::size_t>(x)) * 4];
+    };
+    int same = 0;
+    int compared = 0;
+    for (int y = 200; y < 240; ++y)
+        for (int x = 150; x < 450; ++x, ++compared)
+            same += std::equal(at(before, x, y), at(before, x, y) + 4, at(moved, x + 30, y));
+    EXPECT_GT(same, compared * 9 / 10);
+}
+
+TEST_F(KeptPicture, SurvivesViewsThatShowNothing)
+{
+    for (const float zoom : {0.0F, 1e-30F, 1e30F, std::numeric_limits<float>::infinity()}) {
+        preview.zoom = zoom;
+        preview.pan_x = zoom;
+        finish();
+        expect_direct_picture("with an extreme zoom");
+    }
+    preview.zoom = 1;
+    preview.pan_x = 0;
+    finish();
+    expect_direct_picture("back again");
+}
+
+TEST_F(KeptPicture, IsEmptyWithoutAProgram)
+{
+    glDeleteProgram(program);
+    program = 0;
+    finish();
+    expect_direct_picture("without a program");
+}
+
+} // namespace

@@ -1,0 +1,336 @@
+// The Evaluation panel: what it offers, the commands that it starts, and how it
+// tells their end.
+#include "tests/support/child_watch.hpp"
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/tool_path.hpp"
+#include "tests/support/x_session.hpp" // wait_until
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <regex>
+
+namespace
+{
+
+using namespace bench;
+using vimbo::has_flag;
+
+class EvaluationPanel : public testing::Test
+{
+protected:
+    EvaluationPanel()
+    {
+        std::filesystem::remove("/tmp/mero.end");
+        vimbo::app_state &app = desk.app();
+        app.frame.ui_flags |= vimbo::ui_flag::bottom_shown;
+        std::snprintf(app.mosaic.tray_directory, sizeof app.mosaic.tray_directory, "%s",
+                      place.file("tray").c_str());
+        std::filesystem::create_directory(place.file("tray"));
+    }
+
+    ~EvaluationPanel() override
+    {
+        write_file(tools.file("go"), ""); // whatever still waits for it
+        finish();
+    }
+
+    bool running()
+    {
+        return has_flag(desk.app().frame.ui_flags, vimbo::ui_flag::eval_running);
+    }
+
+    // Frames until the run has ended. The last frame is the one that took it.
+    bool finish()
+    {
+        return wait_until([this] {
+            if (running())
+                desk.frame();
+            return !running();
+        });
+    }
+
+    bool run(std::string_view button)
+    {
+        desk.click(button);
+        return finish();
+    }
+
+    std::string text()
+    {
+        return desk.app().evaluation.eval_text;
+    }
+
+    void expect_text(const std::string &pattern)
+    {
+        EXPECT_TRUE(std::regex_match(text(), std::regex(pattern))) << text();
+    }
+
+    const scratch_directory place;
+    const tool_path tools;
+    panel_bench desk;
+};
+
+TEST_F(EvaluationPanel, EvaluatesACopyOfTheEditedText)
+{
+    tools.put("mero", "exit 0");
+    write_file(place.file("a"), "the text\nof two lines");
+    vimbo::open_source(desk.app().bar, desk.app().editor, place.file("a").c_str());
+    std::filesystem::remove("/tmp/vimbo");
+    ASSERT_TRUE(run("Evaluate"));
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
+    EXPECT_EQ(read_file("/tmp/vimbo"), "the text\nof two lines");
+}
+
+TEST_F(EvaluationPanel, AsksForRawOutputWhenRawIsTicked)
+{
+    tools.put("mero", "exit 0");
+    desk.click("Raw");
+    ASSERT_TRUE(run("Evaluate"));
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
+    desk.click("Raw");
+    ASSERT_TRUE(run("Evaluate"));
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
+}
+
+TEST_F(EvaluationPanel, IntegratesIntoTheCurrentMosaic)
+{
+    tools.put("mero", "exit 0");
+    desk.app().mosaic.mosaic_index = 5;
+    ASSERT_TRUE(run("Integrate"));
+    EXPECT_EQ(tools.arguments_of("mero"),
+              "-s\n35.000000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/5.mmv\n");
+    EXPECT_EQ(desk.app().mosaic.mosaic_path, place.file("tray") + "/_mosaics/5.mmv");
+}
+
+TEST_F(EvaluationPanel, CentersWhenCenterIsTickedAndTakesTheUnit)
+{
+    tools.put("mero", "exit 0");
+    desk.click("Center");
+    desk.app().evaluation.unit_um = 12.5;
+    ASSERT_TRUE(run("Integrate"));
+    EXPECT_EQ(tools.arguments_of("mero"),
+              "-c\n-s\n12.500000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/0.mmv\n");
+}
+
+TEST_F(EvaluationPanel, LeavesRawToEvaluateAndCenterToIntegrate)
+{
+    tools.put("mero", "exit 0");
+    desk.click("Raw");
+    desk.click("Center");
+    ASSERT_TRUE(run("Evaluate"));
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
+    ASSERT_TRUE(run("Integrate"));
+    EXPECT_EQ(tools.arguments_of("mero").substr(0, 6), "-c\n-s\n");
+}
+
+TEST_F(EvaluationPanel, KeepsTheUnitBetweenOneAndAThousand)
+{
+    desk.frame();
+    const point label = *desk.find("Unit [µm]");
+    const auto drag = [&](int step) {
+        desk.move(label);
+        desk.frame();
+        for (int i = 0; i < 20; ++i) {
+            desk.press({label.x + i * step, label.y});
+            desk.frame();
+        }
+        desk.release(label);
+        desk.frame();
+    };
+    drag(-100);
+    EXPECT_EQ(desk.app().evaluation.unit_um, 1.0);
+    drag(1000);
+    EXPECT_EQ(desk.app().evaluation.unit_um, 1000.0);
+}
+
+TEST_F(EvaluationPanel, StartsAtThirtyFiveMicrometres)
+{
+    EXPECT_EQ(desk.app().evaluation.unit_um, 35.0);
+}
+
+TEST_F(EvaluationPanel, MakesTheDirectoryForMosaicsBeforeTheToolStarts)
+{
+    write_script(tools.file("mero"), "[ -d " + place.file("tray/_mosaics") + " ] && exit 3");
+    ASSERT_TRUE(run("Integrate"));
+    expect_text("Building\\.+\nStatus: uknown\\.\n");
+}
+
+TEST_F(EvaluationPanel, LeavesAnExistingMosaicToTheTool)
+{
+    write_file(place.file("tray/_mosaics/0.mmv"), "old");
+    tools.put("mero", "exit 1");
+    ASSERT_TRUE(run("Integrate"));
+    EXPECT_EQ(read_file(place.file("tray/_mosaics/0.mmv")), "old");
+}
+
+TEST_F(EvaluationPanel, QuotesATrayWithABlank)
+{
+    tools.put("mero", "exit 0");
+    std::filesystem::create_directory(place.file("a tray"));
+    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, place.file("a tray").c_str());
+    ASSERT_TRUE(run("Integrate"));
+    EXPECT_EQ(tools.arguments_of("mero"),
+              "-s\n35.000000\n/tmp//vimbo\n" + place.file("a tray") + "/_mosaics/0.mmv\n");
+}
+
+TEST_F(EvaluationPanel, ShowsOutputUnderItsHeadingAndTheStatus)
+{
+    tools.put("mero", "say '12 moves\\n'");
+    ASSERT_TRUE(run("Evaluate"));
+    expect_text("Compilling\\.+\nEvaluation:\n12 moves\n\nStatus: ok\\.\n");
+}
+
+TEST_F(EvaluationPanel, ShowsNoHeadingForASilentTool)
+{
+    tools.put("mero", "exit 0");
+    ASSERT_TRUE(run("Evaluate"));
+    expect_text("Compilling\\.+\nStatus: ok\\.\n");
+    ASSERT_TRUE(run("Integrate"));
+    expect_text("Building\\.+\nStatus: ok\\.\n");
+}
+
+TEST_F(EvaluationPanel, TellsEveryStatus)
+{
+    const std::pair<const char *, const char *> endings[] = {
+        {"exit 0", "ok"},      {"exit 1", "error"},      {"exit 3", "uknown"},
+        {"exit 127", "error"}, {"exit 255", "abnormal"}, {"exit 254", "error"}};
+    for (const auto &[ending, word] : endings) {
+        tools.put("mero", ending);
+        ASSERT_TRUE(run("Evaluate"));
+        expect_text("Compilling\\.+\nStatus: " + std::string(word) + "\\.\n");
+    }
+}
+
+TEST_F(EvaluationPanel, CallsAMissingToolAnError)
+{
+    const tool_path nothing_else;
+    setenv("PATH", nothing_else.folder().c_str(), 1);
+    testing::internal::CaptureStderr();
+    ASSERT_TRUE(run("Evaluate"));
+    expect_text("Compilling\\.+\nStatus: error\\.\n");
+    testing::internal::GetCapturedStderr();
+}
+
+TEST_F(EvaluationPanel, FitsTheMostThatAToolCanShow)
+{
+    tools.put("mero", "write 100000 exit 3");
+    ASSERT_TRUE(run("Evaluate"));
+    const std::string shown = text();
+    EXPECT_EQ(shown.substr(shown.size() - 21), "\n...\nStatus: uknown.\n");
+    EXPECT_LT(shown.size(), vimbo::eval_text_capacity);
+}
+
+TEST_F(EvaluationPanel, OffersCancelAloneWhileAToolRuns)
+{
+    tools.put("mero", "await " + tools.file("go"));
+    desk.click("Evaluate");
+    desk.frame();
+    EXPECT_TRUE(desk.find("Cancel"));
+    EXPECT_FALSE(desk.find("Evaluate"));
+    EXPECT_FALSE(desk.find("Integrate"));
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    EXPECT_TRUE(desk.find("Evaluate"));
+    EXPECT_TRUE(desk.find("Integrate"));
+    EXPECT_FALSE(desk.find("Cancel"));
+}
+
+TEST_F(EvaluationPanel, CancelLeavesAnEmptyMarkerAndWaitsForNothing)
+{
+    tools.put("mero", "await /tmp/mero.end exit 3");
+    desk.click("Evaluate");
+    EXPECT_FALSE(std::filesystem::exists("/tmp/mero.end"));
+    desk.click("Cancel");
+    ASSERT_TRUE(std::filesystem::exists("/tmp/mero.end"));
+    EXPECT_EQ(std::filesystem::file_size("/tmp/mero.end"), 0U);
+    ASSERT_TRUE(finish());
+    expect_text("Compilling\\.+\nStatus: uknown\\.\n");
+    EXPECT_TRUE(std::filesystem::exists("/tmp/mero.end")) << "it is the tool's to remove";
+}
+
+TEST_F(EvaluationPanel, GrowsADotAFrameAndThenSpins)
+{
+    tools.put("mero", "await " + tools.file("go"));
+    desk.click("Evaluate");
+    const std::size_t begun = text().size();
+    desk.frame();
+    EXPECT_EQ(text().size(), begun + 1) << "one dot a frame";
+    while (text().size() < 64)
+        desk.frame();
+    EXPECT_EQ(text(), "Compilling" + std::string(54, '.'));
+    std::string turns;
+    for (int i = 0; i < 6; ++i) {
+        desk.frame();
+        turns += text().back();
+    }
+    EXPECT_EQ(turns, "-\\|/-\\");
+    EXPECT_EQ(text().size(), 64U);
+}
+
+TEST_F(EvaluationPanel, PutsADotForTheSpinnerWhateverItsPhase)
+{
+    for (int phase = 0; phase < 5; ++phase) {
+        std::filesystem::remove(tools.file("go"));
+        tools.put("mero", "await " + tools.file("go"));
+        desk.click("Evaluate");
+        while (text().size() < 64)
+            desk.frame();
+        for (int i = 0; i < phase; ++i)
+            desk.frame();
+        write_file(tools.file("go"), "");
+        ASSERT_TRUE(finish());
+        EXPECT_EQ(text(), "Compilling" + std::string(54, '.') + "\nStatus: ok.\n");
+    }
+}
+
+TEST_F(EvaluationPanel, AsksForTheMosaicAgainInTheFrameThatTakesTheEnd)
+{
+    tools.put("mero", "await " + tools.file("go"));
+    desk.click("Evaluate");
+    desk.frame();
+    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    EXPECT_TRUE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+    desk.frame();
+    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+}
+
+TEST_F(EvaluationPanel, ClearsTheLastRunsTextAtTheNextStart)
+{
+    tools.put("mero", "say output");
+    ASSERT_TRUE(run("Evaluate"));
+    tools.put("mero", "await " + tools.file("go"));
+    desk.click("Integrate");
+    expect_text("Building\\.+");
+}
+
+TEST_F(EvaluationPanel, DoesNotPollWhileTheBottomIsHidden)
+{
+    tools.put("mero", "say done");
+    desk.click("Evaluate");
+    desk.app().frame.ui_flags &= ~vimbo::ui_flag::bottom_shown;
+    const std::string before = text();
+    for (int i = 0; i < 20; ++i)
+        desk.frame();
+    EXPECT_EQ(text(), before);
+    EXPECT_TRUE(running());
+    desk.app().frame.ui_flags |= vimbo::ui_flag::bottom_shown;
+    ASSERT_TRUE(finish());
+    expect_text("Compilling\\.+\nEvaluation:\ndone\nStatus: ok\\.\n");
+}
+
+TEST_F(EvaluationPanel, LeavesNothingBehindAfterManyRuns)
+{
+    tools.put("mero", "say output");
+    ASSERT_TRUE(run("Evaluate"));
+    const std::size_t descriptors = open_descriptors(getpid());
+    for (int i = 0; i < 20; ++i)
+        ASSERT_TRUE(run(i % 2 == 0 ? "Evaluate" : "Integrate"));
+    EXPECT_EQ(open_descriptors(getpid()), descriptors);
+    EXPECT_EQ(children_of(getpid()), 0U);
+    EXPECT_EQ(threads_of(getpid()), 1U);
+}
+
+} // namespace

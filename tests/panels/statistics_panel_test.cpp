@@ -1,0 +1,342 @@
+// The Statistics panel: the command, the run, the charts and their labels.
+#include "tests/support/child_watch.hpp"
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/tool_path.hpp"
+#include "tests/support/x_session.hpp" // wait_until
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+
+namespace
+{
+
+using namespace bench;
+using vimbo::has_flag;
+
+constexpr const char *locality = "Locality r̿(k) = |pₖ-p₀|/∑ₖ₌₍₀,₃₂₎|pₖ₊₁-pₖ|";
+constexpr const char *directions = "Mark directions ∑l(φ) / L";
+constexpr const char *moves = "Mark / jump moves l(on/off)/L";
+
+bool is(const struct nk_color &colour, int red, int green, int blue)
+{
+    return colour.r == red && colour.g == green && colour.b == blue && colour.a == 255;
+}
+
+class StatisticsPanel : public testing::Test
+{
+protected:
+    StatisticsPanel()
+    {
+        desk.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
+        desk.frame(); // its column is there from the next frame on
+    }
+
+    ~StatisticsPanel() override
+    {
+        write_file(tools.file("go"), "");
+        desk.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
+        finish();
+        wait_until([] {
+            vimbo::collect_released_commands();
+            return children_of(getpid()) == 0;
+        });
+    }
+
+    vimbo::stats_run_state &run()
+    {
+        return desk.app().statistics.run;
+    }
+
+    bool running()
+    {
+        return has_flag(desk.app().frame.ui_flags, vimbo::ui_flag::stats_running);
+    }
+
+    bool finish()
+    {
+        return wait_until([this] {
+            if (running())
+                desk.frame();
+            return !running();
+        });
+    }
+
+    bool measure()
+    {
+        desk.click("↻");
+        return finish();
+    }
+
+    // The list is narrower than its longest item.
+    void choose(std::string_view shown, std::string_view wanted)
+    {
+        desk.click(shown);
+        std::string item;
+        for (const drawn_text &text : desk.texts())
+            if (wanted.starts_with(text.text) && text.text.size() > 10)
+                item = text.text;
+        desk.click(item);
+        desk.frame();
+    }
+
+    // What is filled in the charts' own colour: columns, or a line's points.
+    std::vector<struct nk_rect> values_drawn(int red = 255, int green = 255, int blue = 255)
+    {
+        std::vector<struct nk_rect> found;
+        for (const drawn_rectangle &box : desk.rectangles())
+            if (is(box.colour, red, green, blue))
+                found.push_back(box.bounds);
+        return found;
+    }
+
+    struct nk_rect chart()
+    {
+        const std::vector<struct nk_rect> found = values_drawn(110, 142, 190);
+        EXPECT_EQ(found.size(), 1U) << "the chart's background";
+        return found.empty() ? nk_rect(0, 0, 0, 0) : found[0];
+    }
+
+    std::vector<std::string> texts_below(float y)
+    {
+        std::vector<std::string> found;
+        for (const drawn_text &text : desk.texts())
+            if (text.bounds.y >= y && text.text != "-" && text.text != "|")
+                found.push_back(text.text);
+        return found;
+    }
+
+    const tool_path tools;
+    panel_bench desk;
+};
+
+TEST_F(StatisticsPanel, MeasuresTheCurrentMosaic)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    desk.app().mosaic.mosaic_index = 3;
+    ASSERT_TRUE(measure());
+    EXPECT_EQ(tools.arguments_of("plimb"), ".//_mosaics/3.mmv\n");
+}
+
+TEST_F(StatisticsPanel, TakesATrayWithABlank)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, "./a tray; with 'more'");
+    ASSERT_TRUE(measure());
+    EXPECT_EQ(tools.arguments_of("plimb"), "./a tray; with 'more'/_mosaics/0.mmv\n");
+}
+
+TEST_F(StatisticsPanel, SharesTheNumbersOutInTheirOrder)
+{
+    tools.put("plimb", "numbers 31 0.25 numbers 1 0.375 numbers 15 0.5 numbers 1 0.625 numbers 1 "
+                       "0.75 numbers 1 1");
+    ASSERT_TRUE(measure());
+    EXPECT_EQ(run().stats_locality[0], 0.25F);
+    EXPECT_EQ(run().stats_locality[31], 0.375F);
+    EXPECT_EQ(run().stats_directions[0], 0.5F);
+    EXPECT_EQ(run().stats_directions[15], 0.625F);
+    EXPECT_EQ(run().stats_moves[0], 0.75F);
+    EXPECT_EQ(run().stats_moves[1], 1.0F);
+}
+
+TEST_F(StatisticsPanel, ClearsTwoChartsAtTheStartAndKeepsTheThird)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    ASSERT_TRUE(measure());
+    tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.75");
+    desk.click("↻");
+    ASSERT_TRUE(running());
+    EXPECT_EQ(run().stats_locality[31], 0.0F);
+    EXPECT_EQ(run().stats_directions[15], 0.0F);
+    EXPECT_EQ(run().stats_moves[0], 0.5F);
+    EXPECT_EQ(run().stats_moves[1], 0.5F);
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(run().stats_locality[31], 0.75F);
+    EXPECT_EQ(run().stats_moves[1], 0.75F);
+}
+
+TEST_F(StatisticsPanel, KeepsTheOldFiguresOfAToolThatFails)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    ASSERT_TRUE(measure());
+    tools.put("plimb", "exit 1");
+    ASSERT_TRUE(measure());
+    EXPECT_EQ(run().stats_locality[0], 0.5F);
+    EXPECT_EQ(run().stats_directions[0], 0.5F);
+    EXPECT_EQ(run().stats_moves[0], 0.5F);
+}
+
+TEST_F(StatisticsPanel, ShowsASpinnerForTheButtonWhileItRuns)
+{
+    tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5");
+    desk.click("↻");
+    desk.app().statistics.stats_spinner = 0;
+    const std::vector<std::string> expected = {"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█",
+                                               "▇", "▆", "▅", "▄", "▃", "▂", "▁", " "};
+    for (std::size_t i = 0; i < 2 * expected.size(); ++i) {
+        desk.frame();
+        EXPECT_FALSE(desk.find("↻"));
+        EXPECT_TRUE(desk.find(expected[i % expected.size()])) << "frame " << i;
+    }
+    EXPECT_EQ(desk.app().statistics.stats_spinner, 32U);
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    desk.frame();
+    EXPECT_TRUE(desk.find("↻"));
+}
+
+TEST_F(StatisticsPanel, TakesTheNumbersOnlyWhenItIsOpenedAgain)
+{
+    tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5 touch " + tools.file("end"));
+    desk.click("↻");
+    desk.click("|");
+    const std::uint32_t turned = desk.app().statistics.stats_spinner;
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(wait_until([this] { return std::filesystem::exists(tools.file("end")); }));
+    for (int i = 0; i < 20; ++i)
+        desk.frame();
+    EXPECT_TRUE(running());
+    EXPECT_EQ(run().stats_locality[0], 0.0F);
+    EXPECT_EQ(desk.app().statistics.stats_spinner, turned);
+    desk.click("|");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(run().stats_locality[0], 0.5F);
+}
+
+TEST_F(StatisticsPanel, StaysWithTheMosaicOfTheClick)
+{
+    tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5");
+    desk.click("↻");
+    desk.app().mosaic.mosaic_index = 6;
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(tools.arguments_of("plimb"), ".//_mosaics/0.mmv\n");
+}
+
+TEST_F(StatisticsPanel, LabelsTheLocalityChart)
+{
+    desk.frame();
+    EXPECT_TRUE(desk.find(locality));
+    EXPECT_EQ(texts_below(chart().y + chart().h),
+              (std::vector<std::string>{"k", "1", "16", "32", " "}));
+    for (const char *label : {"1.0", "0.5", "0.0"})
+        EXPECT_TRUE(desk.find(label)) << label;
+    EXPECT_LT(desk.find("1.0")->y, desk.find("0.5")->y);
+    EXPECT_LT(desk.find("0.5")->y, desk.find("0.0")->y);
+}
+
+TEST_F(StatisticsPanel, LabelsTheDirectionChart)
+{
+    choose(locality, directions);
+    EXPECT_EQ(desk.app().statistics.stats_chart, 1);
+    EXPECT_EQ(
+        texts_below(chart().y + chart().h),
+        (std::vector<std::string>{"φ", "-5Ψ/6", "-3Ψ/4", "-2Ψ/3", "-Ψ/2", "-Ψ/3", "-Ψ/4", "-Ψ/6",
+                                  "0", "Ψ/6", "Ψ/4", "Ψ/3", "Ψ/2", "2Ψ/3", "3Ψ/4", "5Ψ/6", "Ψ"}));
+}
+
+TEST_F(StatisticsPanel, LabelsTheChartOfMoves)
+{
+    choose(locality, moves);
+    EXPECT_EQ(desk.app().statistics.stats_chart, 2);
+    EXPECT_EQ(texts_below(chart().y + chart().h), (std::vector<std::string>{"I", "Dark", "Light"}));
+    choose(moves, locality);
+    EXPECT_EQ(desk.app().statistics.stats_chart, 0);
+}
+
+TEST_F(StatisticsPanel, DrawsOneColumnForEachDirection)
+{
+    desk.app().statistics.stats_chart = 1;
+    for (std::size_t i = 0; i < 16; ++i)
+        run().stats_directions[i] = static_cast<float>(i + 1) / 16.0F;
+    desk.frame();
+    const struct nk_rect area = chart();
+    const std::vector<struct nk_rect> columns = values_drawn();
+    ASSERT_EQ(columns.size(), 16U);
+    for (std::size_t i = 0; i < 16; ++i) {
+        EXPECT_NEAR(columns[i].h, run().stats_directions[i] * columns[15].h, 2) << "column " << i;
+        EXPECT_GT(columns[i].x, i > 0 ? columns[i - 1].x : 0) << "column " << i;
+    }
+    EXPECT_NEAR(columns[15].y, area.y, 12) << "1.0 reaches the top";
+    for (const struct nk_rect &column : columns)
+        EXPECT_NEAR(column.y + column.h, area.y + area.h, 12) << "0.0 lies at the bottom";
+}
+
+TEST_F(StatisticsPanel, DrawsMarksAndJumpsAsTwoColumns)
+{
+    desk.app().statistics.stats_chart = 2;
+    run().stats_moves[0] = 1.0F;
+    run().stats_moves[1] = 0.5F;
+    desk.frame();
+    const std::vector<struct nk_rect> columns = values_drawn();
+    ASSERT_EQ(columns.size(), 2U);
+    EXPECT_NEAR(columns[0].h, 2 * columns[1].h, 2);
+    EXPECT_NEAR(static_cast<float>(desk.find("Dark")->x), columns[0].x + columns[0].w / 2, 20);
+    EXPECT_NEAR(static_cast<float>(desk.find("Light")->x), columns[1].x + columns[1].w / 2, 20);
+}
+
+TEST_F(StatisticsPanel, TellsTheValueUnderThePointer)
+{
+    desk.app().statistics.stats_chart = 2;
+    run().stats_moves[0] = 1.0F;
+    run().stats_moves[1] = 0.25F;
+    desk.frame();
+    EXPECT_FALSE(desk.find("0.250000"));
+    const struct nk_rect column = values_drawn()[1];
+    desk.move({static_cast<int>(column.x + column.w / 2), static_cast<int>(column.y + 5)});
+    desk.frame();
+    desk.frame();
+    EXPECT_TRUE(desk.find("0.250000"));
+    EXPECT_EQ(values_drawn(217, 166, 115).size(), 1U) << "the column under the pointer";
+}
+
+TEST_F(StatisticsPanel, TellsALocalityPointsValue)
+{
+    for (float &value : run().stats_locality)
+        value = 0.5F;
+    run().stats_locality[7] = 0.25F;
+    desk.frame();
+    const std::vector<struct nk_rect> points = values_drawn();
+    ASSERT_EQ(points.size(), 32U);
+    desk.move({static_cast<int>(points[7].x + points[7].w / 2),
+               static_cast<int>(points[7].y + points[7].h / 2)});
+    desk.frame();
+    desk.frame();
+    EXPECT_TRUE(desk.find("0.250000"));
+}
+
+TEST_F(StatisticsPanel, SurvivesWhatIsNoOrdinaryNumber)
+{
+    tools.put("plimb", "say 'nan inf -inf 1e30 -1e30 1e300 nan inf'");
+    ASSERT_TRUE(measure());
+    EXPECT_TRUE(std::isnan(run().stats_locality[0]));
+    for (int index = 0; index < 3; ++index) {
+        desk.app().statistics.stats_chart = index;
+        for (int x = 0; x < 1600; x += 50) {
+            desk.move({x, 300});
+            desk.frame();
+        }
+    }
+}
+
+TEST_F(StatisticsPanel, LeavesNothingBehindAfterManyRuns)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    ASSERT_TRUE(measure());
+    ASSERT_TRUE(wait_until([] {
+        vimbo::collect_released_commands();
+        return children_of(getpid()) == 0;
+    }));
+    const std::size_t descriptors = open_descriptors(getpid());
+    for (int i = 0; i < 20; ++i)
+        ASSERT_TRUE(measure());
+    EXPECT_TRUE(wait_until([&] {
+        vimbo::collect_released_commands();
+        return open_descriptors(getpid()) == descriptors && children_of(getpid()) == 0;
+    }));
+    EXPECT_EQ(threads_of(getpid()), 1U);
+}
+
+} // namespace

@@ -1,0 +1,389 @@
+// The bar at the top and the editor: opening, saving, deleting, choosing.
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/scratch.hpp"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+namespace
+{
+
+using namespace bench;
+using vimbo::has_flag;
+
+class TrayBar : public testing::Test
+{
+protected:
+    TrayBar()
+    {
+        sources = place.file("src");
+        std::filesystem::create_directories(sources);
+        desk.app().bar.source_directory = sources.c_str();
+        vimbo::initialise_panels(desk.app());
+    }
+
+    std::string source(const std::string &name) const
+    {
+        return sources + '/' + name;
+    }
+
+    void pick(std::string_view label, std::string_view item)
+    {
+        desk.click(label);
+        desk.click(item);
+    }
+
+    std::string text()
+    {
+        return desk.app().editor.source_text;
+    }
+
+    std::string open_path()
+    {
+        return desk.app().bar.source_path;
+    }
+
+    bool flagged(std::uint32_t bit)
+    {
+        return has_flag(desk.app().frame.ui_flags, bit);
+    }
+
+    bool asks_for_the_mosaic()
+    {
+        return has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic);
+    }
+
+    const scratch_directory place;
+    std::string sources;
+    panel_bench desk;
+};
+
+TEST_F(TrayBar, StartsWithNothingOpen)
+{
+    desk.frame();
+    EXPECT_TRUE(desk.find("--"));
+    EXPECT_TRUE(desk.find("X"));
+    EXPECT_TRUE(desk.find("+"));
+    EXPECT_TRUE(desk.find("0"));
+    EXPECT_EQ(text(), "");
+    EXPECT_EQ(open_path(), sources + "/--");
+}
+
+TEST_F(TrayBar, QuitsAtAPressOfX)
+{
+    desk.frame();
+    const point at = *desk.find("X");
+    desk.move(at);
+    desk.frame();
+    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::quit));
+    desk.press(at);
+    desk.frame();
+    EXPECT_TRUE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::quit));
+}
+
+TEST_F(TrayBar, LabelsTheQuitButtonByItsFlagWhichIsKept)
+{
+    desk.app().frame.frame_flags = vimbo::frame_flag::return_label | vimbo::frame_flag::quit;
+    desk.frame();
+    EXPECT_TRUE(desk.find("↩"));
+    EXPECT_FALSE(desk.find("X"));
+    EXPECT_EQ(desk.app().frame.frame_flags, vimbo::frame_flag::return_label);
+}
+
+TEST_F(TrayBar, OpensThePickedSourceWithItsLineFeeds)
+{
+    write_file(source("a.txt"), "one\n\ttwo\nµm\n");
+    pick("--", "a.txt");
+    EXPECT_EQ(open_path(), source("a.txt"));
+    desk.frame();
+    EXPECT_TRUE(desk.find("a.txt"));
+    EXPECT_EQ(std::string(desk.app().editor.load_buffer), "one\n\ttwo\nµm\n");
+    EXPECT_EQ(text(), "one\n\ttwo\nµm") << "one byte more than characters, so one byte is cut";
+}
+
+TEST_F(TrayBar, ListsFilesOfTheWholeTreeButNoDirectories)
+{
+    write_file(source("a.txt"), "");
+    write_file(source("deep/er/b.txt"), "b");
+    desk.click("--");
+    EXPECT_TRUE(desk.find("a.txt"));
+    EXPECT_TRUE(desk.find("b.txt"));
+    EXPECT_FALSE(desk.find("deep"));
+    EXPECT_FALSE(desk.find("er"));
+    desk.click("b.txt");
+    EXPECT_EQ(open_path(), source("deep/er/b.txt"));
+}
+
+TEST_F(TrayBar, DoesNotReadTheOpenFileAgain)
+{
+    write_file(source("a.txt"), "before");
+    pick("--", "a.txt");
+    write_file(source("a.txt"), "behind");
+    desk.click("a.txt");
+    desk.click("a.txt", 1);
+    EXPECT_EQ(text(), "before");
+}
+
+TEST_F(TrayBar, BringsTheFileBeforeWhenThePickedOneCannotBeOpened)
+{
+    write_file(source("a.txt"), "text of a");
+    pick("--", "a.txt");
+    vimbo::open_source(desk.app().bar, desk.app().editor, source("gone.txt").c_str());
+    desk.frame();
+    EXPECT_EQ(open_path(), source("gone.txt"));
+    EXPECT_EQ(text(), "text of a");
+}
+
+TEST_F(TrayBar, TakesASourceUpToItsFirstZeroByte)
+{
+    write_file(source("a.txt"), std::string("ab\0cd", 5));
+    pick("--", "a.txt");
+    EXPECT_EQ(text(), "ab");
+}
+
+TEST_F(TrayBar, CutsASourceAt65536Bytes)
+{
+    for (const std::size_t size : {65535, 65536, 65537, 200000}) {
+        const std::string name = std::to_string(size);
+        write_file(source(name), std::string(size, 'x'));
+        vimbo::open_source(desk.app().bar, desk.app().editor, source(name).c_str());
+        desk.frame();
+        EXPECT_EQ(text().size(), std::min<std::size_t>(size, 65536)) << size;
+    }
+}
+
+TEST_F(TrayBar, DoesNotTakeAPathOfMoreThan259Bytes)
+{
+    const std::string name(50, 'f');
+    const std::size_t rest = 259 - sources.size() - 2 - name.size();
+    const std::string longest = source(std::string(rest, 'd')) + '/' + name;
+    ASSERT_EQ(longest.size(), 259U);
+    write_file(longest, "fits");
+    pick("--", name);
+    EXPECT_EQ(open_path(), longest);
+    write_file(longest + 'g', "does not");
+    pick(name, name + 'g');
+    EXPECT_EQ(open_path(), longest);
+}
+
+TEST_F(TrayBar, SavesUnderATypedNameInTheOpenFilesFolder)
+{
+    write_file(source("sub/a.txt"), "the text");
+    pick("--", "a.txt");
+    desk.click("+");
+    EXPECT_TRUE(flagged(vimbo::ui_flag::save_as_mode));
+    desk.frame();
+    EXPECT_FALSE(desk.find("+"));
+    EXPECT_TRUE(desk.find("!"));
+    desk.click("a.txt");
+    desk.key(NK_KEY_TEXT_LINE_END);
+    desk.frame();
+    desk.type("2");
+    desk.frame();
+    desk.key(NK_KEY_ENTER);
+    desk.frame();
+    EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
+    EXPECT_EQ(open_path(), source("sub/a.txt2"));
+    EXPECT_EQ(read_file(source("sub/a.txt2")), "the text");
+    EXPECT_EQ(read_file(source("sub/a.txt")), "the text");
+}
+
+TEST_F(TrayBar, ChangesNothingWhenSaveAsIsLeft)
+{
+    write_file(source("a.txt"), "the text");
+    pick("--", "a.txt");
+    desk.click("+");
+    desk.click("!");
+    EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
+    EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
+    EXPECT_EQ(open_path(), source("a.txt"));
+}
+
+TEST_F(TrayBar, TellsWhenItCouldNotSave)
+{
+    write_file(source("a.txt"), "the text");
+    pick("--", "a.txt");
+    std::filesystem::remove_all(sources);
+    desk.click("+");
+    desk.click("a.txt");
+    testing::internal::CaptureStderr();
+    desk.key(NK_KEY_ENTER);
+    desk.frame();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: unable to save.\n");
+    EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
+    EXPECT_EQ(text(), "the text");
+    EXPECT_EQ(open_path(), source("a.txt"));
+}
+
+TEST_F(TrayBar, DeletesAtTheSecondPress)
+{
+    write_file(source("a.txt"), "the text");
+    pick("--", "a.txt");
+    desk.click("-");
+    EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
+    EXPECT_TRUE(std::filesystem::exists(source("a.txt")));
+    desk.click("!");
+    EXPECT_FALSE(std::filesystem::exists(source("a.txt")));
+    EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
+    EXPECT_EQ(open_path(), "-");
+    EXPECT_EQ(text(), "the text") << "the text stays in the editor";
+}
+
+TEST_F(TrayBar, StaysArmedForThreeWholeSecondsAndNoLonger)
+{
+    vimbo::frame_state &frame = desk.app().frame;
+    vimbo::tray_bar_state &bar = desk.app().bar;
+    vimbo::press_delete(frame, bar, 1000);
+    vimbo::lapse_delete(frame, bar, 1003);
+    EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
+    vimbo::lapse_delete(frame, bar, 1004);
+    EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
+}
+
+TEST_F(TrayBar, ArmsAnewAfterItsLapse)
+{
+    write_file(source("a.txt"), "the text");
+    pick("--", "a.txt");
+    desk.click("-");
+    desk.app().bar.delete_armed_at = std::time(nullptr) - 4;
+    desk.frame();
+    EXPECT_FALSE(desk.find("!"));
+    desk.click("-");
+    EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
+    EXPECT_TRUE(std::filesystem::exists(source("a.txt")));
+}
+
+TEST_F(TrayBar, ForgetsTheFileThoughItCouldNotBeRemoved)
+{
+    vimbo::frame_state &frame = desk.app().frame;
+    vimbo::press_delete(frame, desk.app().bar, 1000);
+    vimbo::press_delete(frame, desk.app().bar, 1001);
+    EXPECT_EQ(open_path(), "-");
+    EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
+}
+
+TEST_F(TrayBar, ListsTheDirectoriesBesideTheTray)
+{
+    for (const char *name : {"trays/one/_mosaics", "trays/two"})
+        std::filesystem::create_directories(place.file(name));
+    write_file(place.file("trays/file"), "");
+    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, place.file("trays/one").c_str());
+    desk.click("one");
+    EXPECT_TRUE(desk.find("two"));
+    EXPECT_TRUE(desk.find("_mosaics"));
+    EXPECT_FALSE(desk.find("file"));
+    EXPECT_FALSE(desk.find("trays"));
+    desk.click("two");
+    EXPECT_EQ(desk.app().mosaic.tray_directory, place.file("trays/two"));
+    EXPECT_EQ(desk.app().mosaic.mosaic_path, place.file("trays/two") + "/_mosaics/0.mmv");
+}
+
+TEST_F(TrayBar, AsksForTheMosaicWhenTheTrayChangesButNotForTheSame)
+{
+    vimbo::frame_state &frame = desk.app().frame;
+    vimbo::choose_tray(frame, desk.app().mosaic, "./");
+    EXPECT_FALSE(asks_for_the_mosaic());
+    vimbo::choose_tray(frame, desk.app().mosaic, "./other");
+    EXPECT_TRUE(asks_for_the_mosaic());
+    EXPECT_STREQ(desk.app().mosaic.mosaic_path, "./other/_mosaics/0.mmv");
+}
+
+TEST_F(TrayBar, TakesATrayOf255BytesAndNoLongerOne)
+{
+    const std::string longest(255, 't');
+    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, longest.c_str());
+    EXPECT_EQ(desk.app().mosaic.tray_directory, longest);
+    EXPECT_EQ(desk.app().mosaic.mosaic_path, longest + "/_mosaics/0.mmv");
+    desk.app().frame.frame_flags = 0;
+    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, std::string(256, 'u').c_str());
+    EXPECT_EQ(desk.app().mosaic.tray_directory, longest);
+    EXPECT_FALSE(asks_for_the_mosaic());
+}
+
+TEST_F(TrayBar, ChoosesEachOfEightMosaics)
+{
+    desk.click("0");
+    for (const char *name : {"1", "2", "3", "4", "5", "6", "7"})
+        EXPECT_TRUE(desk.find(name)) << name;
+    EXPECT_FALSE(desk.find("8"));
+    const point at = *desk.find("7");
+    desk.move(at);
+    desk.frame();
+    desk.press(at);
+    desk.frame();
+    desk.release(at);
+    bool asked = asks_for_the_mosaic();
+    desk.frame();
+    asked = asked || asks_for_the_mosaic();
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(desk.app().mosaic.mosaic_index, 7);
+    EXPECT_STREQ(desk.app().mosaic.mosaic_path, ".//_mosaics/7.mmv");
+    desk.frame();
+    EXPECT_FALSE(asks_for_the_mosaic()) << "the request lives for one frame";
+}
+
+class Editor : public TrayBar
+{
+protected:
+    void open(const std::string &content)
+    {
+        write_file(source("a.txt"), content);
+        vimbo::open_source(desk.app().bar, desk.app().editor, source("a.txt").c_str());
+        desk.frame();
+        const point toggle = *desk.find("|");
+        desk.click({toggle.x / 2, toggle.y});
+        desk.key(NK_KEY_TEXT_END);
+        desk.frame();
+    }
+
+    void type(const std::string &typed)
+    {
+        desk.type(typed);
+        desk.frame();
+    }
+};
+
+TEST_F(Editor, TakesWhatIsTyped)
+{
+    open("one\n");
+    type("two");
+    desk.key(NK_KEY_ENTER);
+    desk.frame();
+    type("x");
+    EXPECT_EQ(text(), "one\ntwo\nx");
+}
+
+TEST_F(Editor, CutsAsManyBytesAsATextHasMoreThanCharacters)
+{
+    open("");
+    type("abcdé");
+    EXPECT_EQ(text(), "abcd\xc3") << "five characters of six bytes: five bytes are left";
+    type("é");
+    EXPECT_EQ(text(), "abcdé");
+    type("x");
+    EXPECT_EQ(text(), "abcdé\xc3");
+}
+
+TEST_F(Editor, LosesNothingOfSuchATextByTypingOn)
+{
+    open("µµµµ");
+    EXPECT_EQ(text(), "µµ");
+    for (int i = 0; i < 5; ++i)
+        desk.frame();
+    desk.key(NK_KEY_TEXT_END);
+    desk.frame();
+    type("abcd");
+    EXPECT_EQ(text(), "µµµµ");
+}
+
+TEST_F(Editor, TakesNothingBeyond65536Bytes)
+{
+    open(std::string(65535, 'x'));
+    type("yz");
+    type("more");
+    EXPECT_LE(text().size(), 65536U);
+    EXPECT_EQ(text().substr(0, 65535), std::string(65535, 'x'));
+}
+
+} // namespace

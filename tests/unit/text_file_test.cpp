@@ -1,0 +1,116 @@
+#include "sources/text_file.hpp"
+
+#include "tests/support/scratch.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <memory>
+
+namespace
+{
+
+using bench::read_file;
+using bench::scratch_directory;
+using bench::write_file;
+using vimbo::source_capacity;
+
+struct source_buffer {
+    char bytes[source_capacity];
+};
+
+class TextFile : public testing::Test
+{
+protected:
+    std::string read(const std::string &path)
+    {
+        EXPECT_EQ(vimbo::read_text_file(path.c_str(), buffer->bytes), buffer->bytes);
+        return {buffer->bytes, strnlen(buffer->bytes, source_capacity)};
+    }
+
+    const scratch_directory place;
+    std::unique_ptr<source_buffer> buffer = std::make_unique<source_buffer>();
+};
+
+TEST_F(TextFile, IsReadWholeUpToTheCapacity)
+{
+    for (const std::size_t size :
+         {std::size_t{0}, std::size_t{1}, source_capacity - 1, source_capacity}) {
+        const std::string text(size, 'q');
+        write_file(place.file("a"), text);
+        EXPECT_EQ(read(place.file("a")), text) << size << " bytes";
+    }
+}
+
+TEST_F(TextFile, IsCutAtTheCapacity)
+{
+    write_file(place.file("a"), std::string(source_capacity, 'q') + "more");
+    EXPECT_EQ(read(place.file("a")), std::string(source_capacity, 'q'));
+}
+
+TEST_F(TextFile, LeavesNothingOfALongerOneBefore)
+{
+    write_file(place.file("long"), std::string(1000, 'l'));
+    write_file(place.file("short"), "s");
+    read(place.file("long"));
+    EXPECT_EQ(read(place.file("short")), "s");
+    EXPECT_TRUE(std::all_of(buffer->bytes + 1, buffer->bytes + source_capacity,
+                            [](char byte) { return byte == '\0'; }));
+}
+
+TEST_F(TextFile, KeepsTheOneBeforeWhenItCannotBeOpened)
+{
+    write_file(place.file("a"), "kept");
+    read(place.file("a"));
+    EXPECT_EQ(read(place.file("missing")), "kept");
+    EXPECT_EQ(read(place.path().string()), "kept") << "a directory is no text";
+    EXPECT_EQ(read("/dev/zero"), "kept") << "a device is no text";
+}
+
+TEST_F(TextFile, DoesNotWaitAtAPipe)
+{
+    write_file(place.file("a"), "kept");
+    read(place.file("a"));
+    ASSERT_EQ(mkfifo(place.file("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(read(place.file("pipe")), "kept");
+}
+
+TEST_F(TextFile, KeepsZeroBytesInItsBuffer)
+{
+    write_file(place.file("a"), std::string("ab\0cd", 5));
+    EXPECT_EQ(read(place.file("a")), "ab");
+    EXPECT_EQ(buffer->bytes[3], 'c');
+}
+
+TEST_F(TextFile, IsWrittenAsItStands)
+{
+    const std::string text = "one\r\n\ttwo µm\n\nno line feed at the end";
+    EXPECT_EQ(vimbo::write_text_file(place.file("a").c_str(), text.c_str()), 0);
+    EXPECT_EQ(read_file(place.file("a")), text);
+}
+
+TEST_F(TextFile, ReplacesALongerOne)
+{
+    write_file(place.file("a"), std::string(100000, 'x'));
+    EXPECT_EQ(vimbo::write_text_file(place.file("a").c_str(), "short"), 0);
+    EXPECT_EQ(read_file(place.file("a")), "short");
+    EXPECT_EQ(vimbo::write_text_file(place.file("a").c_str(), ""), 0);
+    EXPECT_EQ(read_file(place.file("a")), "");
+}
+
+TEST_F(TextFile, OnAFullDiskIsAFailure)
+{
+    // Few bytes stay in the stream's buffer until it is closed, many do not.
+    EXPECT_EQ(vimbo::write_text_file("/dev/full", "few"), -1);
+    EXPECT_EQ(vimbo::write_text_file("/dev/full", std::string(65535, 'm').c_str()), -1);
+}
+
+TEST_F(TextFile, ThatCannotBeCreatedIsAFailure)
+{
+    EXPECT_EQ(vimbo::write_text_file(place.file("no/such/place").c_str(), "a"), -1);
+    EXPECT_EQ(vimbo::write_text_file(place.path().c_str(), "a"), -1);
+    EXPECT_EQ(vimbo::write_text_file("", "a"), -1);
+}
+
+} // namespace
