@@ -13,7 +13,7 @@ namespace
 using vimbo::app_state;
 
 struct outcome {
-    bool accepted;
+    bool accepted = false;
     std::unique_ptr<app_state> app;
     std::string message;
 };
@@ -25,7 +25,8 @@ outcome read(std::vector<std::string> arguments)
     pointers.reserve(arguments.size());
     for (std::string &argument : arguments)
         pointers.push_back(argument.data());
-    outcome result = {false, std::make_unique<app_state>(), {}};
+    outcome result;
+    result.app = std::make_unique<app_state>();
     optind = 0; // getopt starts over
     testing::internal::CaptureStderr();
     result.accepted =
