@@ -139,7 +139,7 @@ TEST_F(View, ZoomsAboutItsCentreWithTheWheel)
     screen->scroll(-2);
     screen->settle();
     const span farther = marks_on_row(centre.y);
-    EXPECT_NEAR(farther.right - farther.left, (first.right - first.left) / 2, 3);
+    EXPECT_NEAR(2 * (farther.right - farther.left), first.right - first.left, 6);
     expect_good_end();
 }
 

@@ -13,6 +13,7 @@ namespace
 using vimbo::app_state;
 
 struct outcome {
+    std::vector<std::string> arguments; // the program keeps some of them as they are
     bool accepted = false;
     std::unique_ptr<app_state> app;
     std::string message;
@@ -32,6 +33,7 @@ outcome read(std::vector<std::string> arguments)
     result.accepted =
         vimbo::read_command_line(*result.app, static_cast<int>(pointers.size()), pointers.data());
     result.message = testing::internal::GetCapturedStderr();
+    result.arguments = std::move(arguments);
     return result;
 }
 
