@@ -96,13 +96,12 @@ TEST_F(LoadMosaic, OfNoElementsShowsTheCentreAlone)
 TEST_F(LoadMosaic, CountsWholePointsAndUploadsTheRest)
 {
     struct {
-        std::uint32_t size;
-        std::uint64_t count;
+        std::size_t size, count;
         std::int32_t vertices;
     } const cases[] = {{4, 5, 3}, {1, 7, 1}, {1, 8, 2}, {12, 2, 4}, {16, 3, 7}, {20, 1, 3}};
     for (const auto &one : cases) {
         const std::string body = body_of(one.size * one.count);
-        load_bytes(mosaic_bytes(one.size, one.count, body));
+        load_bytes(mosaic_bytes(static_cast<std::uint32_t>(one.size), one.count, body));
         expect_shown(one.vertices, body);
     }
 }

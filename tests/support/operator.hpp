@@ -5,6 +5,7 @@
 #include "tests/support/panel_bench.hpp"
 #include "tests/support/x_session.hpp"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -24,12 +25,19 @@ public:
     /// Where the nth widget labelled so lies now.
     point place_of(std::string_view label, int nth = 0);
 
+    /// What the first text that reads so takes of the window.
+    struct nk_rect bounds_of(std::string_view text);
+
     /// Clicks a widget that only changes the layout, such as a panel's toggle.
     void toggle(std::string_view label, int nth = 0);
     /// Clicks a widget that makes the program act; the layout is taken to stay.
     void press(std::string_view label, int nth = 0);
     /// Opens the combo box labelled so and clicks one of its items.
     void choose(std::string_view combo, std::string_view item);
+    /// The same for texts that begin so: a list shows of a long one what fits.
+    void choose_starting(std::string_view combo, std::string_view item);
+    /// The mosaic, by its number.
+    void choose_mosaic(int index);
 
     /// The editor row's and the picture's middles.
     point editor();
@@ -39,12 +47,23 @@ public:
     void show_preview(); // the lower "|"; the bottom must be shown
     void show_statistics();
 
+    /// The panels that are laid out beside the program.
+    panel_bench &panels()
+    {
+        return layout;
+    }
+
     const x_session &screen() const
     {
         return session;
     }
 
 private:
+    using text_test = std::function<bool(std::string_view)>;
+    void choose_where(const text_test &combo, const text_test &item);
+    point first_of(const text_test &wanted) const;
+    point last_of(const text_test &wanted) const;
+
     x_session &session;
     panel_bench layout;
     std::string source_directory;

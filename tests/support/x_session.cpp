@@ -71,10 +71,20 @@ bool wait_until(const std::function<bool()> &condition, std::chrono::millisecond
 
 x_session::x_session(int width, int height)
 {
+    // Servers that start at the same time can get in each other's way.
+    constexpr int attempts = 20;
+    const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
+    for (int i = 0; i < attempts && display == nullptr; ++i)
+        start_server(screen);
+    if (display == nullptr)
+        throw std::runtime_error("Xvfb did not start");
+}
+
+void x_session::start_server(const std::string &screen)
+{
     int ends[2] = {};
     if (pipe(ends) != 0)
         throw std::runtime_error("no pipe");
-    const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
     const std::string number_end = std::to_string(ends[1]);
     server = fork();
     if (server == 0) {
@@ -87,26 +97,33 @@ x_session::x_session(int width, int height)
         _exit(127);
     }
     close(ends[1]);
-    char number[16] = {};
-    const ssize_t length = read(ends[0], number, sizeof number - 1);
+    // The number and the end of its line come apart.
+    std::string number;
+    char digit = '\0';
+    while (read(ends[0], &digit, 1) == 1 && digit != '\n')
+        number += digit;
     close(ends[0]);
-    if (length <= 1)
-        throw std::runtime_error("Xvfb did not start");
-    number[length - 1] = '\0';
-    display_name = std::string(":") + number;
-    display = XOpenDisplay(display_name.c_str());
+    if (!number.empty() && digit == '\n') {
+        display_name = ":" + number;
+        display = XOpenDisplay(display_name.c_str());
+    }
     if (display == nullptr)
-        throw std::runtime_error("no X display");
+        end_server();
+}
+
+void x_session::end_server()
+{
+    kill(server, SIGTERM);
+    waitpid(server, nullptr, 0);
+    server = 0;
 }
 
 x_session::~x_session()
 {
     if (display != nullptr)
         XCloseDisplay(display);
-    if (server > 0) {
-        kill(server, SIGTERM);
-        waitpid(server, nullptr, 0);
-    }
+    if (server > 0)
+        end_server();
 }
 
 unsigned long x_session::find_window(std::string_view title) const
@@ -285,23 +302,31 @@ unsigned int x_session::code_of(unsigned long symbol, bool &shift) const
 
 void x_session::key(std::string_view name) const
 {
-    constexpr std::string_view control = "ctrl+";
-    const bool with_control = name.starts_with(control);
-    if (with_control)
-        name.remove_prefix(control.size());
+    hold_key(name, {});
+}
+
+void x_session::hold_key(std::string_view name, std::chrono::milliseconds time) const
+{
+    unsigned int modifier = 0;
+    for (const auto &[prefix, symbol] :
+         {std::pair("ctrl+", XK_Control_L), std::pair("shift+", XK_Shift_L)})
+        if (name.starts_with(prefix)) {
+            name.remove_prefix(std::strlen(prefix));
+            modifier = XKeysymToKeycode(display, static_cast<KeySym>(symbol));
+        }
     const KeySym symbol = XStringToKeysym(std::string(name).c_str());
     if (symbol == NoSymbol)
         throw std::runtime_error("no key is called " + std::string(name));
     bool shift = false;
     const unsigned int code = code_of(symbol, shift);
-    const unsigned int control_code = XKeysymToKeycode(display, XK_Control_L);
-    if (with_control)
-        send_key(control_code, true);
+    if (modifier != 0)
+        send_key(modifier, true);
     send_key(code, true);
+    std::this_thread::sleep_for(time);
     settle();
     send_key(code, false);
-    if (with_control)
-        send_key(control_code, false);
+    if (modifier != 0)
+        send_key(modifier, false);
     settle();
 }
 

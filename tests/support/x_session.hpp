@@ -79,13 +79,17 @@ public:
     /// Down long enough for a frame to see it.
     void click(point at, int button = 1) const;
     void scroll(int notches) const;
-    /// A key by its X name, such as "Return" or "ctrl+a".
+    /// A key by its X name, such as "Return", "ctrl+a" or "shift+End".
     void key(std::string_view name) const;
+    /// The same, held down for so long: the X server repeats it.
+    void hold_key(std::string_view name, std::chrono::milliseconds time) const;
     void type(std::u32string_view text) const;
 
     image screenshot() const;
 
 private:
+    void start_server(const std::string &screen);
+    void end_server();
     void send_key(unsigned int code, bool down) const;
     unsigned int code_of(unsigned long symbol, bool &shift) const;
 

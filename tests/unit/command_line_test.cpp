@@ -13,7 +13,8 @@ namespace
 using vimbo::app_state;
 
 struct outcome {
-    bool accepted;
+    std::vector<std::string> arguments; // the program keeps some of them as they are
+    bool accepted = false;
     std::unique_ptr<app_state> app;
     std::string message;
 };
@@ -25,12 +26,14 @@ outcome read(std::vector<std::string> arguments)
     pointers.reserve(arguments.size());
     for (std::string &argument : arguments)
         pointers.push_back(argument.data());
-    outcome result = {false, std::make_unique<app_state>(), {}};
+    outcome result;
+    result.app = std::make_unique<app_state>();
     optind = 0; // getopt starts over
     testing::internal::CaptureStderr();
     result.accepted =
         vimbo::read_command_line(*result.app, static_cast<int>(pointers.size()), pointers.data());
     result.message = testing::internal::GetCapturedStderr();
+    result.arguments = std::move(arguments);
     return result;
 }
 

@@ -91,6 +91,7 @@ TEST(WalkTree, TellsLinksPipesAndDeepTreesApart)
     visited seen = walk(place.path().string());
     EXPECT_EQ(seen.kinds.at(place.file("link")), entry_kind::file);
     EXPECT_NE(seen.kinds[place.file("broken")], entry_kind::file);
+    EXPECT_EQ(seen.kinds.at(place.file("pipe")), entry_kind::other);
     EXPECT_EQ(seen.kinds.count(place.file(deep + "bottom")), 1U);
 }
 

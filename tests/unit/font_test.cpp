@@ -68,7 +68,7 @@ TEST_F(Font, ShowsControlCharactersAsBlankSpace)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const nk_rune character : {U'\t', U'\r'}) {
+    for (const nk_rune character : {nk_rune{'\t'}, nk_rune{'\r'}}) {
         EXPECT_EQ(glyph(character).codepoint, character);
         EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance);
         EXPECT_EQ(glyph(character).w, glyph(' ').w);

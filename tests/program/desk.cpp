@@ -1,0 +1,141 @@
+#include "tests/program/desk.hpp"
+
+#include "tests/support/child_watch.hpp"
+
+#include <sys/wait.h>
+
+#include <thread>
+
+namespace bench
+{
+
+namespace
+{
+
+// Frames go by between two looks.
+constexpr auto between_looks = std::chrono::milliseconds(50);
+
+} // namespace
+
+ProgramTest::ProgramTest()
+{
+    std::filesystem::create_directories(place.file("src"));
+    std::filesystem::create_directories(place.file("tray"));
+    std::filesystem::remove("/tmp/mero.end");
+    std::filesystem::remove("/tmp/vimbo");
+}
+
+void ProgramTest::start(const start_options &how)
+{
+    const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
+    screen = std::make_unique<x_session>();
+    program::options options = {
+        .arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"), "-w", size},
+        .environment = {"DISPLAY=" + screen->name()},
+        .directory = place.path().string(),
+        .output = place.file("output")};
+    options.arguments.insert(options.arguments.end(), how.more.begin(), how.more.end());
+    options.environment.insert(options.environment.end(), how.environment.begin(),
+                               how.environment.end());
+    vimbo = std::make_unique<program>(options);
+    window = wait_for_window(*screen);
+    hand.emplace(*screen,
+                 desk_operator::desk{how.width, how.height, place.file("src"), place.file("tray")});
+    if (how.bottom || how.preview)
+        hand->show_bottom();
+    if (how.preview)
+        hand->show_preview();
+    if (how.statistics)
+        hand->show_statistics();
+}
+
+void ProgramTest::expect_good_end(const std::string &wanted)
+{
+    screen->close_window(window);
+    const int status = vimbo->wait_for_end();
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;
+    EXPECT_EQ(printed(), wanted);
+}
+
+std::string ProgramTest::evaluated_text()
+{
+    tools.put("mero", "exit 0");
+    std::filesystem::remove(tools.file("mero.arguments"));
+    hand->press("Evaluate");
+    awaited_arguments("mero");
+    // Its end has been taken once nothing of it is left.
+    EXPECT_TRUE(wait_until([this] { return children_of(vimbo->id()) == 0; }));
+    screen->settle();
+    return read_file("/tmp/vimbo");
+}
+
+std::string ProgramTest::awaited_arguments(std::string_view tool)
+{
+    const std::string noted = tools.file(std::string(tool) + ".arguments");
+    EXPECT_TRUE(wait_until([&] { return std::filesystem::exists(noted); }))
+        << tool << " was not started";
+    return tools.arguments_of(tool);
+}
+
+int ProgramTest::count(const struct nk_rect &area, colour wanted) const
+{
+    const image all = screen->screenshot();
+    int found = 0;
+    for (int y = static_cast<int>(area.y); y < static_cast<int>(area.y + area.h); ++y)
+        for (int x = static_cast<int>(area.x); x < static_cast<int>(area.x + area.w); ++x)
+            found += all.at(x, y) == wanted ? 1 : 0;
+    return found;
+}
+
+int ProgramTest::count_in_picture(colour wanted)
+{
+    return count(hand->picture(), wanted);
+}
+
+bool ProgramTest::shows(colour wanted, int at_least)
+{
+    return wait_until([&] {
+        std::this_thread::sleep_for(between_looks);
+        return count_in_picture(wanted) >= at_least;
+    });
+}
+
+bool ProgramTest::shows_none(colour wanted)
+{
+    return wait_until([&] {
+        std::this_thread::sleep_for(between_looks);
+        return count_in_picture(wanted) == 0;
+    });
+}
+
+std::string square_mosaic(int half_side)
+{
+    constexpr int steps = 100; // of each side: a replay shows them grow
+    const ::vimbo::length_unit at = half_side * ::vimbo::length_units_per_mm;
+    std::vector<::vimbo::path_vertex> points = {{-at, -at}};
+    const int corners[][2] = {{1, -1}, {1, 1}, {-1, 1}, {-1, -1}};
+    int from[2] = {-1, -1};
+    for (const auto &to : corners) {
+        for (int step = 1; step <= steps; ++step)
+            points.push_back({at / steps * (from[0] * (steps - step) + to[0] * step),
+                              at / steps * (from[1] * (steps - step) + to[1] * step) + 1});
+        from[0] = to[0];
+        from[1] = to[1];
+    }
+    return mosaic_bytes(points);
+}
+
+ended_run run_to_end(const std::vector<std::string> &arguments,
+                     const std::vector<std::string> &environment)
+{
+    const scratch_directory place;
+    program run({.arguments = arguments,
+                 .environment = environment,
+                 .directory = {},
+                 .output = place.file("output")});
+    const int status = run.wait_for_end();
+    return {status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            read_file(place.file("output"))};
+}
+
+} // namespace bench

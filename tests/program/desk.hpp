@@ -1,0 +1,93 @@
+// The program at work on a desk of its own: a display, a folder with sources,
+// trays and tools, and an operator.
+#pragma once
+
+#include "tests/support/operator.hpp"
+#include "tests/support/scratch.hpp"
+#include "tests/support/tool_path.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bench
+{
+
+inline constexpr colour picture_background = {110, 142, 190};
+inline constexpr colour mark_colour = {255, 255, 255};
+inline constexpr colour outline_colour = {217, 166, 115};
+
+/// The program as it is installed, started on what the test has put in place.
+class ProgramTest : public testing::Test
+{
+protected:
+    ProgramTest();
+
+    struct start_options {
+        int width = 1200;
+        int height = 1240;
+        std::vector<std::string> more = {};        // arguments behind the usual ones
+        std::vector<std::string> environment = {}; // beside the display
+        bool bottom = false;                       // shows the lower row,
+        bool preview = false;                      // the Preview in it,
+        bool statistics = false;                   // and the Statistics panel
+    };
+    /// Starts it and waits for its first frame.
+    void start(const start_options &how);
+    void start()
+    {
+        start({});
+    }
+
+    /// Asks the window to close and expects the end with status 0 and, unless
+    /// something else is named, nothing printed.
+    void expect_good_end(const std::string &printed = {});
+
+    std::string source(const std::string &name) const
+    {
+        return place.file("src/" + name);
+    }
+    std::string mosaic(int index, const std::string &tray = "tray") const
+    {
+        return place.file(tray + "/_mosaics/" + std::to_string(index) + ".mmv");
+    }
+    std::string printed() const
+    {
+        return read_file(place.file("output"));
+    }
+
+    /// The text that Evaluate hands over now; the bottom must be shown.
+    std::string evaluated_text();
+    /// Waits until the tool has noted its arguments, and gives them.
+    std::string awaited_arguments(std::string_view tool);
+
+    /// Pixels of this colour in the picture, or in any area.
+    int count_in_picture(colour wanted);
+    int count(const struct nk_rect &area, colour wanted) const;
+    /// Waits until the picture has at least, or at most, so many of them.
+    bool shows(colour wanted, int at_least);
+    bool shows_none(colour wanted);
+
+    const scratch_directory place;
+    const tool_path tools;
+    std::unique_ptr<x_session> screen;
+    std::unique_ptr<program> vimbo;
+    std::optional<desk_operator> hand;
+    unsigned long window = 0;
+};
+
+/// A square of marks, its sides so far from the centre, in mm.
+std::string square_mosaic(int half_side);
+
+/// Runs the program to its end without waiting for a window.
+struct ended_run {
+    int exit_code; // -1: it did not end, or not by itself
+    std::string printed;
+};
+ended_run run_to_end(const std::vector<std::string> &arguments,
+                     const std::vector<std::string> &environment);
+
+} // namespace bench

@@ -1,0 +1,178 @@
+// Which mosaic is shown, when it is read again, and how the picture is moved.
+#include "tests/program/desk.hpp"
+
+#include <cmath>
+
+namespace
+{
+
+using namespace bench;
+
+class Mosaic : public ProgramTest
+{
+};
+
+TEST_F(Mosaic, ZeroIsShownFromTheStart)
+{
+    write_file(mosaic(0), square_mosaic(40));
+    start({.preview = true});
+    EXPECT_TRUE(shows(mark_colour, 400));
+    EXPECT_TRUE(shows(outline_colour, 400));
+    expect_good_end();
+}
+
+TEST_F(Mosaic, ThatIsMissingOrBrokenShowsNothingAndSaysNothing)
+{
+    write_file(mosaic(1), square_mosaic(40).substr(0, 31));
+    write_file(mosaic(2), square_mosaic(40).substr(0, 3239));
+    write_file(mosaic(3), square_mosaic(40));
+    std::filesystem::create_directories(mosaic(4));
+    start({.preview = true});
+    EXPECT_TRUE(shows(outline_colour, 400));
+    EXPECT_EQ(count_in_picture(mark_colour), 0);
+    hand->choose_mosaic(3);
+    EXPECT_TRUE(shows(mark_colour, 400));
+    for (const int broken : {1, 2, 4, 7}) {
+        hand->choose_mosaic(3);
+        EXPECT_TRUE(shows(mark_colour, 400));
+        hand->choose_mosaic(broken);
+        EXPECT_TRUE(shows_none(mark_colour)) << "mosaic " << broken;
+    }
+    expect_good_end();
+}
+
+TEST_F(Mosaic, SevenIsShownWhenItIsChosen)
+{
+    write_file(mosaic(7), square_mosaic(40));
+    start({.preview = true});
+    EXPECT_EQ(count_in_picture(mark_colour), 0);
+    hand->choose_mosaic(7);
+    EXPECT_TRUE(shows(mark_colour, 400));
+    tools.put("mero", "exit 0");
+    hand->press("Integrate");
+    EXPECT_EQ(awaited_arguments("mero"), "-s\n35.000000\n/tmp//vimbo\n" + mosaic(7) + "\n");
+    expect_good_end();
+}
+
+TEST_F(Mosaic, ThatChangesOnDiskIsShownAtTheNextReload)
+{
+    start({.preview = true});
+    write_file(mosaic(0), square_mosaic(40));
+    for (int i = 0; i < 5; ++i)
+        screen->settle();
+    EXPECT_EQ(count_in_picture(mark_colour), 0) << "nothing watches the file";
+    tools.put("mero", "exit 1");
+    hand->press("Evaluate");
+    EXPECT_TRUE(shows(mark_colour, 400)) << "the end of a run reads it again";
+    expect_good_end();
+}
+
+TEST_F(Mosaic, ComesFromTheChosenTray)
+{
+    write_file(mosaic(0, "other"), square_mosaic(40));
+    start({.preview = true});
+    EXPECT_EQ(count_in_picture(mark_colour), 0);
+    hand->choose("tray", "other");
+    EXPECT_TRUE(shows(mark_colour, 400));
+    hand->choose("other", "tray");
+    EXPECT_TRUE(shows_none(mark_colour));
+    expect_good_end();
+}
+
+TEST_F(Mosaic, IsDrawnNoMoreWhileThePreviewIsHidden)
+{
+    write_file(mosaic(0), square_mosaic(40));
+    start({.preview = true});
+    EXPECT_TRUE(shows(mark_colour, 400));
+    const struct nk_rect area = hand->picture();
+    hand->show_preview(); // its toggle
+    EXPECT_TRUE(wait_until([&] { return count(area, picture_background) == 0; }));
+    hand->show_preview();
+    EXPECT_TRUE(shows(mark_colour, 400));
+    expect_good_end();
+}
+
+class View : public ProgramTest
+{
+protected:
+    void SetUp() override
+    {
+        write_file(mosaic(0), square_mosaic(30));
+        start({.more = {"-e", "0,0,0"}, .preview = true});
+        area = hand->picture();
+        centre = {static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)};
+        screen->move(centre);
+        screen->settle();
+        before = count_in_picture(mark_colour);
+        ASSERT_GT(before, 400);
+    }
+
+    // Where the leftmost and rightmost marks stand on the centre's row.
+    struct span {
+        int left, right;
+    };
+    span marks_on_row(int y) const
+    {
+        const image all = screen->screenshot();
+        span found = {-1, -1};
+        for (int x = static_cast<int>(area.x); x < static_cast<int>(area.x + area.w); ++x)
+            if (all.at(x, y) == mark_colour) {
+                found.left = found.left < 0 ? x : found.left;
+                found.right = x;
+            }
+        return found;
+    }
+
+    struct nk_rect area = {};
+    point centre = {};
+    int before = 0;
+};
+
+TEST_F(View, ZoomsAboutItsCentreWithTheWheel)
+{
+    const span first = marks_on_row(centre.y);
+    screen->scroll(1);
+    screen->settle();
+    const span nearer = marks_on_row(centre.y);
+    EXPECT_NEAR(nearer.right - nearer.left, 2 * (first.right - first.left), 3);
+    EXPECT_NEAR(nearer.right + nearer.left, first.right + first.left, 3);
+    screen->scroll(-2);
+    screen->settle();
+    const span farther = marks_on_row(centre.y);
+    EXPECT_NEAR(2 * (farther.right - farther.left), first.right - first.left, 6);
+    expect_good_end();
+}
+
+TEST_F(View, PansWithTheLeftButtonAndIsResetWithTheMiddleOne)
+{
+    const span first = marks_on_row(centre.y);
+    screen->press();
+    screen->settle();
+    screen->move({centre.x + 30, centre.y});
+    screen->settle();
+    screen->release();
+    screen->settle();
+    const span moved = marks_on_row(centre.y);
+    // 30 of the window's 1200 pixels are a tenth of half the picture's width.
+    const int shift = static_cast<int>(std::lround(30.0 / 1200 * 4 * area.w / 2));
+    EXPECT_NEAR(moved.left - first.left, shift, 2);
+    EXPECT_NEAR(moved.right - first.right, shift, 2);
+    screen->click(centre, 2);
+    const span reset = marks_on_row(centre.y);
+    EXPECT_EQ(reset.left, first.left);
+    EXPECT_EQ(reset.right, first.right);
+    expect_good_end();
+}
+
+TEST_F(View, ReplaysWithTheRightButton)
+{
+    screen->click(centre, 3);
+    // A replay takes more than eight seconds; its start is empty.
+    const int shown = count_in_picture(mark_colour);
+    EXPECT_LT(shown, before / 2);
+    EXPECT_TRUE(wait_until([&] { return count_in_picture(mark_colour) > shown; }))
+        << "the replay does not go on";
+    expect_good_end();
+}
+
+} // namespace

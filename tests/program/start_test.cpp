@@ -1,0 +1,159 @@
+// How the program starts, or refuses to, how it goes and how it ends.
+#include "tests/program/desk.hpp"
+#include "tests/support/child_watch.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+using namespace bench;
+
+class Start : public ProgramTest
+{
+};
+
+TEST_F(Start, AnswersAnUnknownOptionWithTheUsageBeforeAnyWindow)
+{
+    const ended_run run = run_to_end({VIMBO_PROGRAM, "-x"}, {"DISPLAY=:0-none"});
+    EXPECT_EQ(run.exit_code, 255);
+    EXPECT_EQ(run.printed,
+              "Vimbo is mero's interface to korvat.\nusage: " VIMBO_PROGRAM
+              " [-e tr_w,tr_h,tr_r] [-t tray_directory] [-s src directory] [-w wndw_w,wndw_h]\n"
+              "\t-e\twidth,height,radius\t\tExtent of the tray (rounded rectangle form) [mm].\n"
+              "\t-s\tpath\t\t\t\tPath of the sources' directory.\n"
+              "\t-t\tpath\t\t\t\tPath to the tray.\n"
+              "\t-w\twidth,height\t\t\tWindow size [px].\n");
+}
+
+TEST_F(Start, FailsInOneLineWithoutADisplay)
+{
+    const ended_run run = run_to_end({VIMBO_PROGRAM}, {"DISPLAY=:4999"});
+    EXPECT_EQ(run.exit_code, 255);
+    EXPECT_NE(run.printed.find("GFLW failed to init!\n"), std::string::npos) << run.printed;
+    EXPECT_EQ(run.printed.rfind("glfw err ", 0), 0U) << run.printed;
+}
+
+TEST_F(Start, FailsInOneLineWithoutAWindow)
+{
+    const x_session display(640, 480);
+    const ended_run run = run_to_end({VIMBO_PROGRAM, "-w", "0,0"}, {"DISPLAY=" + display.name()});
+    EXPECT_EQ(run.exit_code, 255);
+    EXPECT_NE(run.printed.find("Failed to create the window\n"), std::string::npos) << run.printed;
+}
+
+TEST_F(Start, FailsInOneLineWithoutOpenGL33)
+{
+    const x_session display(640, 480);
+    const ended_run run =
+        run_to_end({VIMBO_PROGRAM}, {"DISPLAY=" + display.name(), "MESA_GL_VERSION_OVERRIDE=3.1"});
+    EXPECT_EQ(run.exit_code, 255);
+    EXPECT_NE(run.printed.find("Failed to create the window\n"), std::string::npos) << run.printed;
+}
+
+TEST_F(Start, GoesOnWithoutItsFont)
+{
+    std::filesystem::create_directories(place.file("elsewhere/bin"));
+    std::filesystem::copy_file(VIMBO_PROGRAM, place.file("elsewhere/bin/vimbo"));
+    x_session display(800, 600);
+    program run({.arguments = {place.file("elsewhere/bin/vimbo"), "-w", "800,600"},
+                 .environment = {"DISPLAY=" + display.name()},
+                 .directory = place.path().string(),
+                 .output = place.file("output")});
+    display.close_window(wait_for_window(display));
+    EXPECT_EQ(run.wait_for_end(), 0);
+    EXPECT_EQ(printed(), "no font at ../share/pellor/common/fonts/iosevka-regular.ttf: using the "
+                         "built-in one\n");
+}
+
+TEST_F(Start, HasTheWantedWindowSizeTheLastOneGiven)
+{
+    start({.width = 900, .height = 700, .more = {"-w", "640,480"}});
+    const image all = screen->screenshot();
+    constexpr colour nothing = {0, 0, 0};
+    EXPECT_NE(all.at(639, 479), nothing);
+    EXPECT_EQ(all.at(641, 200), nothing);
+    EXPECT_EQ(all.at(200, 481), nothing);
+    expect_good_end();
+}
+
+TEST_F(Start, DrawsAboutThirtyFramesASecondWhenIdle)
+{
+    start({.width = 400, .height = 300});
+    // On a busy machine a second sees fewer; one that is little disturbed will do.
+    int most = 0;
+    for (int second = 0; second < 40 && most < 26; ++second)
+        most = std::max(most, screen->count_redraws(window, std::chrono::seconds(1)));
+    EXPECT_GE(most, 18);
+    EXPECT_LE(most, 34);
+    expect_good_end();
+}
+
+TEST_F(Start, EndsAtThePressOfItsQuitButton)
+{
+    start({.width = 800, .height = 600});
+    const point at = hand->place_of("X");
+    screen->move(at);
+    screen->settle();
+    screen->press();
+    EXPECT_EQ(vimbo->wait_for_end(), 0);
+    EXPECT_EQ(printed(), "");
+}
+
+TEST_F(Start, EndsWithoutWaitingForItsTools)
+{
+    const std::string forever = "await " + place.file("never");
+    tools.put("mero", "say begun " + forever);
+    tools.put("plimb", forever);
+    start({.bottom = true, .statistics = true});
+    hand->press("Integrate");
+    awaited_arguments("mero");
+    hand->press("↻");
+    awaited_arguments("plimb");
+    expect_good_end();
+}
+
+TEST_F(Start, FollowsAResizedWindow)
+{
+    start({.width = 700, .height = 640});
+    screen->resize_window(window, 1100, 1240);
+    screen->settle();
+    hand.emplace(*screen, desk_operator::desk{1100, 1240, place.file("src"), place.file("tray")});
+    hand->show_bottom();
+    tools.put("mero", "exit 0");
+    hand->press("Evaluate");
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
+    screen->resize_window(window, 300, 200);
+    screen->settle();
+    expect_good_end();
+}
+
+TEST_F(Start, DrawsATrayOfTheGivenExtent)
+{
+    start({.more = {"-e", "50,20,0"}, .preview = true});
+    const struct nk_rect area = hand->picture();
+    const image all = screen->screenshot();
+    const int middle_x = static_cast<int>(area.x + area.w / 2);
+    const int middle_y = static_cast<int>(area.y + area.h / 2);
+    // 262.144 mm in the picture's height; in its width as many as the whole
+    // window's shape makes of them.
+    const double per_mm_y = area.h / 262.144;
+    const double per_mm_x = area.w / 262.144 * 1240 / 1200;
+    const auto edge = [&](double mm, double per_mm) {
+        return static_cast<int>(std::lround(mm * per_mm));
+    };
+    const auto near = [&](int x, int y) {
+        for (int i = -1; i <= 1; ++i)
+            if (all.at(x + i, y) == outline_colour || all.at(x, y + i) == outline_colour)
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(near(middle_x + edge(25, per_mm_x), middle_y)) << "right edge";
+    EXPECT_TRUE(near(middle_x - edge(25, per_mm_x), middle_y)) << "left edge";
+    EXPECT_TRUE(near(middle_x, middle_y - edge(10, per_mm_y))) << "upper edge";
+    EXPECT_TRUE(near(middle_x, middle_y + edge(10, per_mm_y))) << "lower edge";
+    expect_good_end();
+}
+
+} // namespace

@@ -1,0 +1,224 @@
+// The evaluator and the statistics tool, as the operator starts them.
+#include "tests/program/desk.hpp"
+
+#include <thread>
+
+namespace
+{
+
+using namespace bench;
+
+class Evaluator : public ProgramTest
+{
+protected:
+    bool responsive()
+    {
+        return screen->count_redraws(window, std::chrono::seconds(1)) >= 2;
+    }
+};
+
+TEST_F(Evaluator, IsAskedToEvaluateOrWithRawForItsRawOutput)
+{
+    tools.put("mero", "exit 0");
+    start({.bottom = true});
+    hand->press("Evaluate");
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
+    screen->settle();
+    std::filesystem::remove(tools.file("mero.arguments"));
+    hand->press("Raw");
+    hand->press("Evaluate");
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n-r\n/tmp//vimbo\n");
+    expect_good_end();
+}
+
+TEST_F(Evaluator, BuildsTheFirstMosaicInADirectoryThatIsMadeForIt)
+{
+    write_file(place.file("square.mmv"), square_mosaic(40));
+    write_script(tools.file("mero"), "[ -d " + place.file("tray/_mosaics") + " ] || exit 1\n" +
+                                         "cp " + place.file("square.mmv") + " \"$5\"\n");
+    start({.preview = true});
+    EXPECT_FALSE(std::filesystem::exists(place.file("tray/_mosaics")));
+    hand->press("Center");
+    hand->press("Integrate");
+    EXPECT_TRUE(shows(mark_colour, 400));
+    expect_good_end();
+}
+
+TEST_F(Evaluator, IsAskedToStopByAnEmptyMarker)
+{
+    tools.put("mero", "await /tmp/mero.end exit 3");
+    start({.bottom = true});
+    hand->press("Evaluate");
+    awaited_arguments("mero");
+    screen->settle();
+    EXPECT_FALSE(std::filesystem::exists("/tmp/mero.end"));
+    // The one button of the row, while the tool runs, is Cancel.
+    hand->press("Evaluate");
+    EXPECT_TRUE(wait_until([] { return std::filesystem::exists("/tmp/mero.end"); }));
+    EXPECT_EQ(std::filesystem::file_size("/tmp/mero.end"), 0U);
+    expect_good_end();
+}
+
+TEST_F(Evaluator, IsStartedByAPressShorterThanAFrame)
+{
+    tools.put("mero", "exit 0");
+    start({.bottom = true});
+    screen->move(hand->place_of("Evaluate"));
+    screen->settle();
+    screen->press();
+    screen->release();
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
+    expect_good_end();
+}
+
+TEST_F(Evaluator, NeverHoldsTheWindowUp)
+{
+    const std::string actions[] = {
+        "say begun await " + place.file("never"),
+        "say begun shut await " + place.file("never"),
+        "leave " + place.file("never") + " say begun await " + place.file("never"),
+        "write 10000000 await " + place.file("never"),
+    };
+    for (const std::string &action : actions) {
+        std::filesystem::remove(tools.file("mero.arguments"));
+        tools.put("mero", action);
+        start({.bottom = true});
+        hand->press("Evaluate");
+        awaited_arguments("mero");
+        EXPECT_TRUE(responsive()) << action;
+        expect_good_end();
+    }
+}
+
+TEST_F(Evaluator, MayBeMissing)
+{
+    start({.environment = {"PATH=/nowhere"}, .bottom = true});
+    hand->press("Evaluate");
+    EXPECT_TRUE(wait_until([this] { return printed().find("mero") != std::string::npos; }))
+        << "the shell says so";
+    EXPECT_TRUE(responsive());
+    expect_good_end(printed());
+}
+
+class Statistics : public ProgramTest
+{
+protected:
+    // Where the chart of moves draws these two values, as the layout has it.
+    std::vector<struct nk_rect> columns(float marks, float jumps)
+    {
+        vimbo_app().statistics.run.stats_moves[0] = marks;
+        vimbo_app().statistics.run.stats_moves[1] = jumps;
+        hand->panels().frame();
+        std::vector<struct nk_rect> found;
+        for (const drawn_rectangle &box : hand->panels().rectangles())
+            if (box.colour.r == 255 && box.colour.g == 255 && box.colour.b == 255)
+                found.push_back(box.bounds);
+        return found;
+    }
+
+    ::vimbo::app_state &vimbo_app()
+    {
+        return hand->panels().app();
+    }
+
+    bool shows_columns(float marks, float jumps)
+    {
+        const std::vector<struct nk_rect> wanted = columns(marks, jumps);
+        EXPECT_EQ(wanted.size(), 2U);
+        return wanted.size() == 2 && wait_until([&] { return drawn(wanted); });
+    }
+
+    // White to its top, and blue above.
+    bool drawn(const std::vector<struct nk_rect> &wanted) const
+    {
+        const image all = screen->screenshot();
+        bool as_wanted = true;
+        for (const struct nk_rect &column : wanted) {
+            const int x = static_cast<int>(column.x + column.w / 2);
+            const int top = static_cast<int>(column.y);
+            as_wanted = as_wanted && all.at(x, top + 4) == mark_colour &&
+                        all.at(x, top - 4) == picture_background;
+        }
+        return as_wanted;
+    }
+
+    void choose_moves()
+    {
+        hand->choose_starting("Locality", "Mark / jump");
+    }
+};
+
+TEST_F(Statistics, MeasureTheMosaicOnTheScreen)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    start({.statistics = true});
+    hand->choose_mosaic(3);
+    hand->press("↻");
+    EXPECT_EQ(awaited_arguments("plimb"), place.file("tray") + "/_mosaics/3.mmv\n");
+    expect_good_end();
+}
+
+TEST_F(Statistics, ShowMarksAndJumpsAsWhiteColumns)
+{
+    tools.put("plimb", "numbers 48 0 numbers 1 0.75 numbers 1 0.25");
+    start({.statistics = true});
+    choose_moves();
+    hand->press("↻");
+    awaited_arguments("plimb");
+    EXPECT_TRUE(shows_columns(0.75F, 0.25F));
+    expect_good_end();
+}
+
+TEST_F(Statistics, ThatEndWhileThePanelIsClosedAreShownWhenItIsOpened)
+{
+    tools.put("plimb", "await " + place.file("go") +
+                           " numbers 48 0 numbers 1 0.75 numbers 1 0.25 "
+                           "touch " +
+                           place.file("done"));
+    start({.statistics = true});
+    choose_moves();
+    hand->press("↻");
+    awaited_arguments("plimb");
+    hand->show_statistics(); // its toggle
+    write_file(place.file("go"), "");
+    ASSERT_TRUE(wait_until([this] { return std::filesystem::exists(place.file("done")); }));
+    screen->settle();
+    hand->show_statistics();
+    EXPECT_TRUE(shows_columns(0.75F, 0.25F));
+    expect_good_end();
+}
+
+TEST_F(Statistics, KeepTheirFiguresWhenTheToolFails)
+{
+    tools.put("plimb", "numbers 48 0 numbers 1 0.75 numbers 1 0.25");
+    start({.statistics = true});
+    choose_moves();
+    hand->press("↻");
+    awaited_arguments("plimb");
+    EXPECT_TRUE(shows_columns(0.75F, 0.25F));
+    std::filesystem::remove(tools.file("plimb.arguments"));
+    tools.put("plimb", "say 'no mosaic' exit 1");
+    hand->press("↻");
+    awaited_arguments("plimb");
+    screen->settle();
+    EXPECT_TRUE(shows_columns(0.75F, 0.25F));
+    expect_good_end();
+}
+
+TEST_F(Statistics, HighlightTheColumnUnderThePointer)
+{
+    tools.put("plimb", "numbers 48 0 numbers 1 0.75 numbers 1 0.25");
+    start({.statistics = true});
+    choose_moves();
+    hand->press("↻");
+    awaited_arguments("plimb");
+    ASSERT_TRUE(shows_columns(0.75F, 0.25F));
+    const struct nk_rect column = columns(0.75F, 0.25F)[0];
+    EXPECT_EQ(count(column, outline_colour), 0);
+    screen->move(
+        {static_cast<int>(column.x + column.w / 2), static_cast<int>(column.y + column.h / 2)});
+    EXPECT_TRUE(wait_until([&] { return count(column, outline_colour) > 100; }));
+    expect_good_end();
+}
+
+} // namespace

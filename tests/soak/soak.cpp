@@ -1,0 +1,210 @@
+// Many runs in one process, and a monkey at the desk.
+//
+//   soak VIMBO DIVISOR
+#include "tests/support/child_watch.hpp"
+#include "tests/support/operator.hpp"
+#include "tests/support/scratch.hpp"
+#include "tests/support/tool_path.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <stdexcept>
+
+namespace
+{
+
+using namespace bench;
+
+constexpr int width = 600;
+constexpr int height = 1160;
+
+void require(bool held, const std::string &what)
+{
+    if (!held)
+        throw std::runtime_error(what);
+}
+
+struct desk {
+    explicit desk(const char *program_path)
+        : screen(1000, 1300), sources(place.file("src")), tray(place.file("tray"))
+    {
+        for (const char *name : {"src/a.txt", "src/b.txt", "src/sub/c.txt"})
+            write_file(place.file(name), std::string("text of ") + name + '\n');
+        write_file(place.file("tray/_mosaics/0.mmv"), mosaic_bytes({{0, 0}, {9999999, 9999999}}));
+        // Each run adds a byte, so that its start shows.
+        write_script(tools.file("mero"), "printf x >>" + tools.file("runs") + "\necho done\n");
+        write_script(tools.file("plimb"), "printf x >>" + tools.file("runs") +
+                                              "\nfor i in 1 2 3 4 5 6 7 8 9 10; do "
+                                              "echo .5 .5 .5 .5 .5; done\n");
+        vimbo.emplace(
+            program::options{.arguments = {program_path, "-s", sources, "-t", tray, "-w",
+                                           std::to_string(width) + ',' + std::to_string(height)},
+                             .environment = {"DISPLAY=" + screen.name()},
+                             .directory = place.path().string(),
+                             .output = place.file("output")});
+        window = wait_for_window(screen);
+        hand.emplace(screen, desk_operator::desk{width, height, sources, tray});
+    }
+
+    void end()
+    {
+        screen.close_window(window);
+        require(vimbo->wait_for_end() == 0, "the program did not end with status 0");
+    }
+
+    const scratch_directory place;
+    const tool_path tools;
+    x_session screen;
+    std::string sources, tray;
+    std::optional<program> vimbo;
+    std::optional<desk_operator> hand;
+    unsigned long window = 0;
+};
+
+std::uintmax_t runs_of(const desk &at)
+{
+    std::error_code none_yet;
+    const std::uintmax_t size = std::filesystem::file_size(at.tools.file("runs"), none_yet);
+    return none_yet ? 0 : size;
+}
+
+void run_once(desk &at, point button)
+{
+    const std::uintmax_t before = runs_of(at);
+    at.screen.move(button);
+    at.screen.press();
+    at.screen.release();
+    require(wait_until([&] { return runs_of(at) > before; }), "a press started no tool");
+    require(wait_until([&] { return children_of(at.vimbo->id()) == 0; }), "a child was left");
+    at.screen.settle();
+}
+
+struct holdings {
+    std::size_t descriptors, threads, memory;
+};
+
+holdings held_by(const desk &at)
+{
+    return {open_descriptors(at.vimbo->id()), threads_of(at.vimbo->id()),
+            resident_bytes(at.vimbo->id())};
+}
+
+void soak(const char *program_path, int runs)
+{
+    constexpr std::size_t granted = std::size_t{1} << 20;
+    desk at(program_path);
+    at.hand->show_bottom();
+    at.hand->show_statistics();
+    const point evaluate = at.hand->place_of("Evaluate");
+    const point measure = at.hand->place_of("↻");
+    // What is allocated once is there after the first runs.
+    for (int i = 0; i < 20; ++i)
+        run_once(at, i % 2 == 0 ? evaluate : measure);
+    const holdings before = held_by(at);
+    for (int i = 0; i < runs; ++i) {
+        run_once(at, evaluate);
+        run_once(at, measure);
+    }
+    const holdings after = held_by(at);
+    std::printf("soak: %d evaluations and measurements: descriptors %zu to %zu, threads %zu to "
+                "%zu, memory %zu to %zu KiB\n",
+                runs, before.descriptors, after.descriptors, before.threads, after.threads,
+                before.memory >> 10, after.memory >> 10);
+    require(after.descriptors <= before.descriptors, "descriptors have grown");
+    require(after.threads <= before.threads, "threads have grown");
+    require(after.memory <= before.memory + granted, "memory has grown by more than 1 MiB");
+    at.end();
+}
+
+class monkey
+{
+public:
+    explicit monkey(desk &at) : place(at), quit(at.hand->place_of("X")) {}
+
+    void act()
+    {
+        switch (pick(0, 9)) {
+        case 0:
+            place.screen.scroll(pick(-3, 3));
+            break;
+        case 1:
+        case 2:
+            press_key();
+            break;
+        case 3:
+            if (pick(0, 9) == 0)
+                place.screen.resize_window(place.window, pick(1, 900), pick(1, 1240));
+            break;
+        default:
+            click();
+        }
+    }
+
+private:
+    int pick(int least, int most)
+    {
+        // The library's own distributions differ from version to version.
+        return least + static_cast<int>(random() % static_cast<unsigned int>(most - least + 1));
+    }
+
+    void press_key()
+    {
+        static constexpr const char *keys[] = {
+            "a",    "Return", "BackSpace", "Delete", "Up",     "Down",   "Left",   "Right",
+            "Home", "End",    "Tab",       "ctrl+v", "ctrl+c", "ctrl+x", "ctrl+z", "ctrl+r"};
+        place.screen.key(keys[pick(0, static_cast<int>(std::size(keys)) - 1)]);
+    }
+
+    void click()
+    {
+        const point at = {pick(0, width - 1), pick(0, height - 1)};
+        // All but the button that ends it.
+        constexpr int around = 24;
+        if (std::abs(at.x - quit.x) < around && std::abs(at.y - quit.y) < around)
+            return;
+        place.screen.click(at, pick(0, 7) == 0 ? pick(2, 3) : 1);
+    }
+
+    desk &place;
+    point quit;
+    std::mt19937 random{20250101};
+};
+
+void play(const char *program_path, int actions)
+{
+    desk at(program_path);
+    at.hand->show_bottom();
+    at.hand->show_preview();
+    at.hand->show_statistics();
+    monkey hand(at);
+    for (int i = 0; i < actions; ++i) {
+        hand.act();
+        require(at.vimbo->running(), "the program ended at random action " + std::to_string(i));
+    }
+    at.screen.settle();
+    std::printf("soak: %d random actions\n", actions);
+    at.end();
+}
+
+} // namespace
+
+int main(int argument_count, char *arguments[])
+{
+    if (argument_count != 3) {
+        std::fputs("usage: soak VIMBO DIVISOR\n", stderr);
+        return 2;
+    }
+    constexpr int all_runs = 1000;
+    constexpr int all_actions = 5000;
+    const int divisor = std::max(1, std::atoi(arguments[2]));
+    try {
+        soak(arguments[1], all_runs / divisor);
+        play(arguments[1], all_actions / divisor);
+        return 0;
+    } catch (const std::exception &fault) {
+        std::fprintf(stderr, "soak: %s\n", fault.what());
+        return 1;
+    }
+}
