@@ -1,5 +1,6 @@
 #include "toolchain/path_statistics.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -11,42 +12,89 @@ namespace
 
 constexpr double tangent_of_an_eighth = 0.41421356237309504880; // of π
 
-// One window of moves: the distance of each of its ends from its start, and the
-// length of all its moves.
-class window
+} // namespace
+
+namespace
 {
-public:
-    explicit window(const vimbo::path_vertex &from) : start(from) {}
 
-    void add(const vimbo::path_vertex &to, double length)
-    {
-        const double dx = static_cast<double>(to.x) - start.x;
-        const double dy = static_cast<double>(to.y) - start.y;
-        distance[count++] = std::sqrt(dx * dx + dy * dy);
-        total += length;
-    }
+// In plain arithmetic and without a branch, so that the compiler takes several
+// at a time.
+inline double bin_number(double dx, double dy)
+{
+    // Turned by half a turn, the lower half plane is the upper one, 8 bins on.
+    const double turn = dy < 0 ? -1.0 : 1.0;
+    const double upper_dx = dx * turn;
+    const double upper_dy = dy * turn;
+    // Turned back by a quarter, the left half of that is the right one, 4 bins on.
+    const double x = upper_dx > 0 ? upper_dx : upper_dy;
+    const double y = upper_dx > 0 ? upper_dy : -upper_dx;
+    const double first = (dy < 0 ? 0.0 : 8.0) + (upper_dx > 0 ? 0.0 : 4.0);
+    return first + (y >= tangent_of_an_eighth * x ? 1.0 : 0.0) + (y >= x ? 1.0 : 0.0) +
+           (tangent_of_an_eighth * y >= x ? 1.0 : 0.0);
+}
 
-    bool is_full() const
-    {
-        return count == window_moves;
-    }
+} // namespace
 
-    // Adds each distance's share of the total; true when there was one.
-    bool add_shares(std::array<double, window_moves> &shares) const
-    {
-        if (total == 0)
-            return false;
-        for (std::size_t k = 0; k < window_moves; ++k)
-            shares[k] += distance[k] / total;
-        return true;
-    }
+int direction_bin(double dx, double dy)
+{
+    return static_cast<int>(bin_number(dx, dy));
+}
 
-private:
-    vimbo::path_vertex start;
-    std::array<double, window_moves> distance;
-    std::size_t count = 0;
-    double total = 0;
+namespace
+{
+
+// One window of moves, laid out so that the compiler takes several at a time.
+struct window {
+    double x[window_moves + 1], y[window_moves + 1]; // of the ends, the start first
+    double length[window_moves];
+    double marked[window_moves]; // the length where the move is a mark, else 0
+    double bin[window_moves];
 };
+
+using window_ends = std::span<const vimbo::path_vertex, window_moves>;
+
+// The path's last window, when it is not full, goes on with moves of no length
+// where the path ends: every window is laid out by loops of the same count.
+void fill_up(std::array<vimbo::path_vertex, window_moves> &ends,
+             std::span<const vimbo::path_vertex> moves)
+{
+    std::ranges::fill(ends, moves.back());
+    std::ranges::copy(moves, ends.begin());
+}
+
+void lay_out(window &w, const vimbo::path_vertex &start, window_ends ends)
+{
+    w.x[0] = start.x;
+    w.y[0] = start.y;
+    for (std::size_t i = 0; i < window_moves; ++i) {
+        w.x[i + 1] = ends[i].x;
+        w.y[i + 1] = ends[i].y;
+        w.marked[i] = ends[i].y & 1;
+    }
+    for (std::size_t i = 0; i < window_moves; ++i) {
+        const double dx = w.x[i + 1] - w.x[i];
+        const double dy = w.y[i + 1] - w.y[i];
+        w.length[i] = std::sqrt(dx * dx + dy * dy);
+    }
+    for (std::size_t i = 0; i < window_moves; ++i)
+        w.marked[i] *= w.length[i];
+    for (std::size_t i = 0; i < window_moves; ++i)
+        w.bin[i] = bin_number(w.x[i + 1] - w.x[i], w.y[i + 1] - w.y[i]);
+}
+
+// Adds the window's shares of its length; false when it has none.
+bool add_shares(const window &w, double total, std::array<double, window_moves> &shares)
+{
+    if (total == 0)
+        return false;
+    const double scale = 1 / total;
+    for (std::size_t k = 0; k < window_moves; ++k) {
+        const double dx = w.x[k + 1] - w.x[0];
+        const double dy = w.y[k + 1] - w.y[0];
+        shares[k] += std::sqrt(dx * dx + dy * dy) * scale;
+    }
+    return true;
+}
 
 template <std::size_t Count>
 void divide(std::array<double, Count> &values, double divisor)
@@ -57,54 +105,45 @@ void divide(std::array<double, Count> &values, double divisor)
         value /= divisor;
 }
 
-// Bin within the right half of the upper half plane: dx > 0, dy >= 0.
-int bin_of_quadrant(double dx, double dy)
-{
-    return (dy >= tangent_of_an_eighth * dx ? 1 : 0) + (dy >= dx ? 1 : 0) +
-           (tangent_of_an_eighth * dy >= dx ? 1 : 0);
-}
-
 } // namespace
-
-int direction_bin(double dx, double dy)
-{
-    constexpr int bins_per_quadrant = direction_bins / 4;
-    // Turned by half a turn, the lower half plane is the upper one, 8 bins on.
-    int first = 2 * bins_per_quadrant;
-    if (dy < 0) {
-        dx = -dx;
-        dy = -dy;
-        first = 0;
-    }
-    return dx > 0 ? first + bin_of_quadrant(dx, dy)
-                  : first + bins_per_quadrant + bin_of_quadrant(dy, -dx);
-}
 
 path_statistics measure_path(std::span<const vimbo::path_vertex> moves)
 {
+    // Neighbours often have the same direction; in sums of their own they do not
+    // wait for each other.
+    constexpr std::size_t sums = 4;
+    double directions[sums][direction_bins] = {};
     path_statistics result = {};
     double windows = 0;
-    vimbo::path_vertex from = {0, 0};
-    window current(from);
-    for (const vimbo::path_vertex &to : moves) {
-        const double dx = static_cast<double>(to.x) - from.x;
-        const double dy = static_cast<double>(to.y) - from.y;
-        const double length = std::sqrt(dx * dx + dy * dy);
-        const bool mark = (to.y & 1) != 0;
-        result.moves[mark ? 0 : 1] += length;
-        if (mark && length > 0)
-            result.directions[static_cast<std::size_t>(direction_bin(dx, dy))] += length;
-        current.add(to, length);
-        if (current.is_full()) {
-            windows += current.add_shares(result.locality) ? 1 : 0;
-            current = window(to);
+    double all = 0;
+    vimbo::path_vertex start = {0, 0};
+    std::array<vimbo::path_vertex, window_moves> last_ends;
+    window current;
+    while (!moves.empty()) {
+        const bool full = moves.size() >= window_moves;
+        if (!full)
+            fill_up(last_ends, moves);
+        const window_ends ends = full ? moves.first<window_moves>() : window_ends(last_ends);
+        lay_out(current, start, ends);
+        double total = 0;
+        for (std::size_t i = 0; i < window_moves; ++i) {
+            total += current.length[i];
+            directions[i % sums][static_cast<std::size_t>(current.bin[i])] += current.marked[i];
         }
-        from = to;
+        windows += full && add_shares(current, total, result.locality) ? 1 : 0;
+        all += total;
+        start = ends.back();
+        moves = moves.subspan(std::min<std::size_t>(moves.size(), window_moves));
     }
-    const double total = result.moves[0] + result.moves[1];
+    for (const auto &sum : directions)
+        for (std::size_t bin = 0; bin < direction_bins; ++bin)
+            result.directions[bin] += sum[bin];
+    for (const double length : result.directions)
+        result.moves[0] += length;
+    result.moves[1] = std::max(all - result.moves[0], 0.0);
     divide(result.locality, windows);
-    divide(result.directions, total);
-    divide(result.moves, total);
+    divide(result.directions, all);
+    divide(result.moves, all);
     return result;
 }
 
