@@ -28,7 +28,7 @@ using clock_type = std::chrono::steady_clock;
 
 constexpr int width = 1600;
 constexpr int height = 1240;
-constexpr int repetitions = 6; // each way of the wheel alike
+constexpr int repetitions = 5;
 
 double now()
 {
@@ -160,7 +160,7 @@ private:
 };
 
 struct figures {
-    double rest_work, rest_interval, hover_work, replay_work;
+    double rest_work, rest_interval, hover_work, replay_interval;
     double longest, until_true;
 };
 
@@ -182,9 +182,13 @@ figures measure(x_session &screen, const std::string &tray, const std::string &l
     std::vector<double> longest;
     std::vector<double> until;
     for (int i = 0; i < repetitions; ++i) {
+        // Each drag to a view that was not there before.
+        screen.press();
+        sleep(0.2);
         start = now();
-        screen.scroll(i % 2 == 0 ? 1 : -1);
+        screen.move({vimbo.middle().x + 7 * (i + 1), vimbo.middle().y + 3 * i});
         const double stood = vimbo.settle(start);
+        screen.release();
         longest.push_back(largest(vimbo.between(start - 0.05, stood + 0.01).intervals));
         until.push_back(stood - start);
         sleep(0.3);
@@ -195,7 +199,7 @@ figures measure(x_session &screen, const std::string &tray, const std::string &l
     start = now();
     screen.click(vimbo.middle(), 3);
     sleep(4);
-    result.replay_work = median(vimbo.between(start + 0.5, now()).work);
+    result.replay_interval = median(vimbo.between(start + 0.5, now()).intervals);
     vimbo.settle(now());
 
     const point over = vimbo.operator_hand().editor();
@@ -209,7 +213,7 @@ figures measure(x_session &screen, const std::string &tray, const std::string &l
 }
 
 // One draw of all points into the window, as the program would without keeping
-// anything; both views of the wheel in turn.
+// anything.
 double direct_draw(const std::string &tray, const struct nk_rect &rectangle)
 {
     static vimbo::app_state app;
@@ -223,7 +227,7 @@ double direct_draw(const std::string &tray, const struct nk_rect &rectangle)
     app.preview.rectangle = rectangle;
     std::vector<double> times;
     for (int i = 0; i < repetitions; ++i) {
-        app.preview.zoom = i % 2 == 0 ? 2 : 1;
+        app.preview.pan_x = 0.01F * static_cast<float>(i);
         const double start = now();
         vimbo::draw_preview_directly(app.frame, app.preview,
                                      {app.path_program, app.mosaic, app.tray_outline});
@@ -246,11 +250,11 @@ void print(const figures &full, const figures &empty, double direct)
     print_row("frame at rest, beside one without a mosaic", full.rest_work, empty.rest_work, 1.2);
     print_row("frame with the mouse over the editor, beside the same", full.hover_work,
               empty.hover_work, 1.2);
-    print_row("replay step, beside 1/255 direct draw and a frame", full.replay_work,
-              direct / 255 + empty.rest_work, 1.5);
-    print_row("wheel notch: longest frame to frame, beside a resting one", full.longest,
+    print_row("replay step, beside 1/255 of a direct draw and one of none", full.replay_interval,
+              direct / 255 + empty.replay_interval, 1.5);
+    print_row("drag step: longest frame to frame, beside a resting one", full.longest,
               empty.rest_interval, 2.0);
-    print_row("wheel notch: until the true picture, beside a direct draw", full.until_true, direct,
+    print_row("drag step: until the true picture, beside a direct draw", full.until_true, direct,
               1.3);
 }
 

@@ -18,7 +18,7 @@ inline double median(std::vector<double> values)
 inline void print_row(const char *figure, double value, double limit, double target)
 {
     std::printf("%-58s %10.2f ms %10.2f ms %7.2f  <= %.2f %s\n", figure, value * 1e3, limit * 1e3,
-                value / limit, target, value / limit <= target ? "met" : "MISSED");
+                value / limit, target, value > 0 && value / limit <= target ? "met" : "MISSED");
     std::fflush(stdout);
 }
 
