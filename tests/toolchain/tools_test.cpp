@@ -1,0 +1,223 @@
+// The stand-ins for the tool chain's tools, as processes: what they print, the
+// files they leave, how they end.
+#include "platform/commands.hpp"
+#include "tests/support/scratch.hpp"
+#include "tests/support/x_session.hpp" // wait_until
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+namespace
+{
+
+using namespace bench;
+
+struct outcome {
+    std::string output;
+    int status;
+};
+
+outcome run(const std::string &command)
+{
+    FILE *stream = vimbo::open_command(command.c_str());
+    if (stream == nullptr)
+        return {"could not be started", -2};
+    std::string output;
+    char buffer[4096];
+    for (std::size_t count = 0; (count = std::fread(buffer, 1, sizeof buffer, stream)) > 0;)
+        output.append(buffer, count);
+    vimbo::await_command_end(stream);
+    return {output, vimbo::close_command(stream)};
+}
+
+class Mero : public testing::Test
+{
+protected:
+    outcome evaluate(const std::string &options, const std::string &source,
+                     const std::string &mosaic = {})
+    {
+        write_file(place.file("source"), source);
+        return run(std::string(VIMBO_MERO " ").append(options) + ' ' + place.file("source") + ' ' +
+                   mosaic);
+    }
+
+    outcome integrate(const std::string &options, const std::string &source)
+    {
+        return evaluate(options, source, place.file("0.mmv"));
+    }
+
+    const scratch_directory place;
+};
+
+constexpr const char *square = "jump(-1000, -1000) mark(1000, -1000) mark(1000, 1000)";
+
+TEST_F(Mero, SumsASourceUp)
+{
+    const outcome result = evaluate("-S", square);
+    EXPECT_EQ(result.output, "3 moves: 2 marks, 1 jumps\nmarks 140.000 mm, jumps 49.497 mm\n"
+                             "x -35.000 to 35.000 mm, y -35.000 to 35.000 mm\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST_F(Mero, PrintsTheMovesWhenRawOutputIsWanted)
+{
+    const outcome result = evaluate("-S -r", "jump(1, 2) mark(-1, -2)");
+    EXPECT_EQ(result.output, "jump 0.035000 0.070000\nmark -0.035000 -0.070000\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST_F(Mero, WritesAMosaicInItsUnit)
+{
+    const outcome result = integrate("-s 1000", "jump(1, 2) mark(3, 4)");
+    EXPECT_EQ(result.output, "2 moves written to " + place.file("0.mmv") + "\n");
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{256000, 512000}, {768000, 1024001}}));
+}
+
+TEST_F(Mero, CentersAMosaic)
+{
+    EXPECT_EQ(integrate("-c -s 1000", "jump(10, 10) mark(12, 14)").status, 0);
+    EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{-256000, -512000}, {256000, 512001}}));
+}
+
+TEST_F(Mero, NamesTheLineOfAnError)
+{
+    for (const char *source : {"\nmark(", "\nmark(1)", "\nerror('no')", "\nnosuch()",
+                               "\nmark(1e12, 0)", "\nos.exit(0)"}) {
+        const outcome result = evaluate("-S", source);
+        EXPECT_EQ(result.status, 1) << source;
+        EXPECT_NE(result.output.find("source:2:"), std::string::npos) << result.output;
+    }
+}
+
+TEST_F(Mero, LeavesTheOldMosaicAfterAnError)
+{
+    write_file(place.file("0.mmv"), "old");
+    EXPECT_EQ(integrate("-s 35", "mark(").status, 1);
+    EXPECT_EQ(read_file(place.file("0.mmv")), "old");
+}
+
+TEST_F(Mero, TellsWhenNothingWasMarked)
+{
+    for (const char *source : {"", "jump(1, 1)"}) {
+        const outcome result = integrate("-s 35", source);
+        EXPECT_EQ(result.status, 3);
+        EXPECT_EQ(result.output, "nothing was marked\n");
+    }
+    EXPECT_FALSE(std::filesystem::exists(place.file("0.mmv")));
+}
+
+TEST_F(Mero, TellsWhatItCannotReadOrWrite)
+{
+    EXPECT_EQ(run(VIMBO_MERO " -S /no/such/file").output, "mero: cannot read /no/such/file\n");
+    const outcome result = evaluate("-s 35", square, "/no/such/place/0.mmv");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output.rfind("mero: cannot write beside /no/such/place/0.mmv", 0), 0U);
+}
+
+TEST_F(Mero, RefusesACommandLineThatIsNotOneOfItsTwo)
+{
+    for (const char *options :
+         {"-x", "-s", "-s 0", "-s -1", "-s nan", "-s 3x", "-c", "-r", "-S -s 35", "-s 35 -r"}) {
+        const outcome result = evaluate(options, square);
+        EXPECT_EQ(result.status, 1) << options;
+        EXPECT_EQ(result.output.rfind("mero: usage: ", 0), 0U) << options;
+    }
+}
+
+TEST_F(Mero, StopsWhenItIsAskedToAndTakesTheMarkerAway)
+{
+    write_file(place.file("0.mmv"), "old");
+    write_file(place.file("source"), "while true do pcall(mark, 1, 1) end");
+    write_file("/tmp/mero.end", "");
+    FILE *stream = vimbo::open_command(
+        (VIMBO_MERO " -s 35 " + place.file("source") + ' ' + place.file("0.mmv")).c_str());
+    ASSERT_NE(stream, nullptr);
+    const auto taken_away = [] { return !std::filesystem::exists("/tmp/mero.end"); };
+    ASSERT_TRUE(wait_until(taken_away)) << "a stale marker stays";
+    write_file("/tmp/mero.end", "");
+    char buffer[64] = {};
+    const std::size_t count = std::fread(buffer, 1, sizeof buffer, stream);
+    EXPECT_EQ(std::string(buffer, count), "stopped\n");
+    EXPECT_TRUE(taken_away());
+    EXPECT_EQ(vimbo::close_command(stream), 3);
+    EXPECT_EQ(read_file(place.file("0.mmv")), "old");
+}
+
+class Plimb : public testing::Test
+{
+protected:
+    outcome measure(const std::string &bytes)
+    {
+        write_file(place.file("0.mmv"), bytes);
+        return run(VIMBO_PLIMB " " + place.file("0.mmv") + " 2>" + place.file("fault"));
+    }
+
+    const scratch_directory place;
+};
+
+std::vector<double> numbers_of(const std::string &output)
+{
+    std::istringstream text(output);
+    return {std::istream_iterator<double>(text), {}};
+}
+
+TEST_F(Plimb, PrintsFiftyFigures)
+{
+    // 32 marks of equal length to the right: one window, straight.
+    std::vector<vimbo::path_vertex> points;
+    for (int i = 1; i <= 32; ++i)
+        points.push_back({i * 1000000, 1});
+    const outcome result = measure(mosaic_bytes(points));
+    EXPECT_EQ(result.status, 0);
+    const std::vector<double> figures = numbers_of(result.output);
+    ASSERT_EQ(figures.size(), 50U);
+    for (std::size_t k = 0; k < 32; ++k)
+        EXPECT_NEAR(figures[k], static_cast<double>(k + 1) / 32, 1e-6) << "r(" << k + 1 << ')';
+    for (std::size_t bin = 0; bin < 16; ++bin)
+        EXPECT_NEAR(figures[32 + bin], bin == 8 ? 1.0 : 0.0, 1e-6) << "bin " << bin;
+    EXPECT_NEAR(figures[48], 1, 1e-6);
+    EXPECT_NEAR(figures[49], 0, 1e-6);
+}
+
+TEST_F(Plimb, SharesLengthOutAmongMarksAndJumpsAndDirections)
+{
+    // A jump upward, then marks to the left, downward and to the right.
+    const outcome result =
+        measure(mosaic_bytes({{0, 1000000}, {-1000000, 1000001}, {-1000000, 1}, {0, 1}}));
+    const std::vector<double> figures = numbers_of(result.output);
+    ASSERT_EQ(figures.size(), 50U);
+    EXPECT_NEAR(figures[48], 0.75, 1e-5);
+    EXPECT_NEAR(figures[49], 0.25, 1e-5);
+    EXPECT_NEAR(figures[32 + 4], 0.25, 1e-5) << "downward";
+    EXPECT_NEAR(figures[32 + 8], 0.25, 1e-5) << "to the right";
+    EXPECT_NEAR(figures[32 + 15], 0.25, 1e-5) << "to the left, a little upward";
+    for (std::size_t k = 0; k < 32; ++k)
+        EXPECT_EQ(figures[k], 0) << "an incomplete window is left out";
+}
+
+TEST_F(Plimb, PrintsZeroesForAnEmptyMosaic)
+{
+    const outcome result = measure(mosaic_bytes(8, 0, ""));
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(numbers_of(result.output), std::vector<double>(50, 0.0));
+}
+
+TEST_F(Plimb, TellsWhatIsNoMosaic)
+{
+    for (const std::string &bytes :
+         {std::string(), std::string(31, '\0'), mosaic_bytes(8, 2, "too short")}) {
+        const outcome result = measure(bytes);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.output, "");
+        EXPECT_NE(read_file(place.file("fault")), "");
+    }
+    EXPECT_EQ(run(VIMBO_PLIMB " /no/such/file 2>/dev/null").status, 1);
+    EXPECT_EQ(run(VIMBO_PLIMB " / 2>/dev/null").status, 1);
+    EXPECT_EQ(run(VIMBO_PLIMB " 2>/dev/null").status, 1);
+}
+
+} // namespace
