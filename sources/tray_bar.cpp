@@ -23,6 +23,7 @@ constexpr float button_width = 32;
 constexpr float picker_width = 256;
 constexpr float chooser_width = 64;
 constexpr float chooser_height = 320;
+constexpr int chooser_item_height = 32;
 constexpr std::int64_t delete_stays_armed = 3; // seconds
 
 void begin_row(nk_context *context, int buttons)
@@ -106,7 +107,7 @@ void mosaic_chooser(frame_state &frame, mosaic_state &mosaic)
 {
     static const char *names[mosaics_per_tray] = {"0", "1", "2", "3", "4", "5", "6", "7"};
     const std::int32_t previous = mosaic.mosaic_index;
-    nk_combobox(frame.context, names, mosaics_per_tray, &mosaic.mosaic_index, row_height,
+    nk_combobox(frame.context, names, mosaics_per_tray, &mosaic.mosaic_index, chooser_item_height,
                 nk_vec2(chooser_width, chooser_height));
     if (mosaic.mosaic_index == previous)
         return;

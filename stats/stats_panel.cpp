@@ -19,6 +19,7 @@ constexpr float header_height = 32;
 constexpr float run_button_width = 32;
 constexpr float choice_width = 256;
 constexpr float choice_height = 128;
+constexpr int choice_item_height = 32;
 constexpr float chart_height = 400;
 constexpr float chart_width = 256;
 constexpr float scale_width = 40;
@@ -82,7 +83,7 @@ void header_row(frame_state &frame, statistics_state &statistics, const mosaic_s
     run_cell(frame, statistics, mosaic);
     statistics.stats_chart =
         nk_combo(context, const_cast<const char **>(chart_titles), std::size(chart_titles),
-                 statistics.stats_chart, header_height, nk_vec2(choice_width, choice_height));
+                 statistics.stats_chart, choice_item_height, nk_vec2(choice_width, choice_height));
 }
 
 void scale_label(nk_context *context, float height, const char *text)
