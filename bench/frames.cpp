@@ -49,7 +49,7 @@ struct frame_times {
 class measured_program
 {
 public:
-    measured_program(x_session &display, const std::string &tray, const std::string &log_file)
+    measured_program(x_server &display, const std::string &tray, const std::string &log_file)
         : log(log_file), screen(display),
           vimbo({.arguments = {VIMBO_PROGRAM, "-s", tray, "-t", tray, "-w",
                                std::to_string(width) + ',' + std::to_string(height)},
@@ -152,7 +152,7 @@ private:
     }
 
     std::string log;
-    x_session &screen;
+    x_server &screen;
     program vimbo;
     unsigned long window;
     desk_operator hand;
@@ -169,7 +169,7 @@ double largest(const std::vector<double> &values)
     return values.empty() ? 0 : *std::max_element(values.begin(), values.end());
 }
 
-figures measure(x_session &screen, const std::string &tray, const std::string &log)
+figures measure(x_server &screen, const std::string &tray, const std::string &log)
 {
     figures result = {};
     measured_program vimbo(screen, tray, log);
@@ -273,7 +273,7 @@ int main(int argument_count, char *arguments[])
     write_big_mosaic(tray + "/_mosaics/0.mmv", kind_of(arguments[3]),
                      std::strtoull(arguments[2], nullptr, 10));
     try {
-        x_session screen(1920, 1300);
+        x_server screen(1920, 1300);
         const figures empty = measure(screen, nothing, scratch + "/clock");
         const figures full = measure(screen, tray, scratch + "/clock");
         setenv("DISPLAY", screen.name().c_str(), 1);

@@ -12,7 +12,7 @@
 #include "render/preview_picture.hpp"
 #include "sources/source_editor.hpp"
 #include "tests/support/scratch.hpp"
-#include "tests/support/x_session.hpp"
+#include "tests/support/x_server.hpp"
 #include "toolchain/path_statistics.hpp"
 #include "ui/fixed_text.hpp"
 
@@ -48,7 +48,7 @@ void load(benchmark::State &state)
 {
     vimbo::mosaic_state &mosaic = all->app.mosaic;
     vimbo::set_text(mosaic.mosaic_path, all->mosaic_file);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         vimbo::load_mosaic(mosaic);
         glFinish();
     }
@@ -63,7 +63,7 @@ void buffer_and_read(benchmark::State &state)
     const std::size_t size = fs::file_size(all->mosaic_file);
     auto *memory = static_cast<char *>(mmap(nullptr, size, PROT_READ | PROT_WRITE,
                                             MAP_PRIVATE | MAP_ANONYMOUS | MAP_POPULATE, -1, 0));
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         GLuint buffer = 0;
         glGenBuffers(1, &buffer);
         glBindBuffer(GL_ARRAY_BUFFER, buffer);
@@ -96,7 +96,7 @@ void unmap(std::span<const vimbo::path_vertex> moves)
 
 void measure_path(benchmark::State &state)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto moves = mapped_moves();
         benchmark::DoNotOptimize(toolchain::measure_path(moves));
         unmap(moves);
@@ -105,7 +105,7 @@ void measure_path(benchmark::State &state)
 
 void sum_lengths(benchmark::State &state)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto moves = mapped_moves();
         double sum = 0;
         vimbo::path_vertex from = {0, 0};
@@ -124,7 +124,7 @@ void open_source(benchmark::State &state)
 {
     const std::string path = all->mosaic_file + ".source";
     bench::write_file(path, std::string(65536, 'x'));
-    for (auto _ : state)
+    while (state.KeepRunning())
         vimbo::load_source(all->app.editor, path.c_str());
 }
 
@@ -166,7 +166,7 @@ int main(int argument_count, char *arguments[])
     const std::uint64_t points = std::strtoull(arguments[2], nullptr, 10);
     bench::write_big_mosaic(mosaic_file, bench::mosaic_kind::scatter, points);
 
-    const bench::x_session screen;
+    const bench::x_server screen;
     setenv("DISPLAY", screen.name().c_str(), 1);
     static vimbo::app_state app;
     if (vimbo::open_window(app) == nullptr)

@@ -76,7 +76,7 @@ void measure(desk_operator &hand)
 void make_request(const char *vimbo, const std::string &sources, const std::string &tray,
                   const char *picture)
 {
-    x_session screen(width, height);
+    x_server screen(width, height);
     program running({.arguments = {vimbo, "-s", sources, "-t", tray, "-w",
                                    std::to_string(width) + ',' + std::to_string(height)},
                      .environment = {"DISPLAY=" + screen.name()},

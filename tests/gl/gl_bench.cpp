@@ -106,7 +106,7 @@ int main(int argument_count, char *arguments[])
     testing::InitGoogleTest(&argument_count, arguments);
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    const bench::x_session screen(640, 480);
+    const bench::x_server screen(640, 480);
     setenv("DISPLAY", screen.name().c_str(), 1);
     if (!make_context()) {
         std::fputs("no OpenGL 3.3 context\n", stderr);

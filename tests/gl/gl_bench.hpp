@@ -5,7 +5,7 @@
 #include "mosaic/mosaic.hpp"
 #include "mosaic/path_vertex.hpp"
 #include "render/path_buffer.hpp"
-#include "tests/support/x_session.hpp" // colour
+#include "tests/support/x_server.hpp" // colour
 
 #include <string>
 #include <vector>

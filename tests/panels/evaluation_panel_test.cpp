@@ -3,7 +3,7 @@
 #include "tests/support/child_watch.hpp"
 #include "tests/support/panel_bench.hpp"
 #include "tests/support/tool_path.hpp"
-#include "tests/support/x_session.hpp" // wait_until
+#include "tests/support/x_server.hpp" // wait_until
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -28,7 +28,7 @@ ProgramTest::ProgramTest()
 void ProgramTest::start(const start_options &how)
 {
     const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
-    screen = std::make_unique<x_session>();
+    screen = std::make_unique<x_server>();
     program::options options = {
         .arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"), "-w", size},
         .environment = {"DISPLAY=" + screen->name()},

@@ -73,7 +73,7 @@ protected:
 
     const scratch_directory place;
     const tool_path tools;
-    std::unique_ptr<x_session> screen;
+    std::unique_ptr<x_server> screen;
     std::unique_ptr<program> vimbo;
     std::optional<desk_operator> hand;
     unsigned long window = 0;

@@ -37,7 +37,7 @@ TEST_F(Start, FailsInOneLineWithoutADisplay)
 
 TEST_F(Start, FailsInOneLineWithoutAWindow)
 {
-    const x_session display(640, 480);
+    const x_server display(640, 480);
     const ended_run run = run_to_end({VIMBO_PROGRAM, "-w", "0,0"}, {"DISPLAY=" + display.name()});
     EXPECT_EQ(run.exit_code, 255);
     EXPECT_NE(run.printed.find("Failed to create the window\n"), std::string::npos) << run.printed;
@@ -45,7 +45,7 @@ TEST_F(Start, FailsInOneLineWithoutAWindow)
 
 TEST_F(Start, FailsInOneLineWithoutOpenGL33)
 {
-    const x_session display(640, 480);
+    const x_server display(640, 480);
     const ended_run run =
         run_to_end({VIMBO_PROGRAM}, {"DISPLAY=" + display.name(), "MESA_GL_VERSION_OVERRIDE=3.1"});
     EXPECT_EQ(run.exit_code, 255);
@@ -56,7 +56,7 @@ TEST_F(Start, GoesOnWithoutItsFont)
 {
     std::filesystem::create_directories(place.file("elsewhere/bin"));
     std::filesystem::copy_file(VIMBO_PROGRAM, place.file("elsewhere/bin/vimbo"));
-    x_session display(800, 600);
+    x_server display(800, 600);
     program run({.arguments = {place.file("elsewhere/bin/vimbo"), "-w", "800,600"},
                  .environment = {"DISPLAY=" + display.name()},
                  .directory = place.path().string(),

@@ -43,7 +43,7 @@ TEST(TypicalRequest, IntegratesTheEditedTextAndShowsTheMosaic)
                                              "\ncp /tmp/vimbo " + place.file("text") + "\ncp " +
                                              place.file("square.mmv") + " \"$4\"\n");
 
-    x_session screen(width, height);
+    x_server screen(width, height);
     program vimbo({.arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"),
                                  "-w", "1600,1240"},
                    .environment = {"DISPLAY=" + screen.name(),

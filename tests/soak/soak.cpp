@@ -56,7 +56,7 @@ struct desk {
 
     const scratch_directory place;
     const tool_path tools;
-    x_session screen;
+    x_server screen;
     std::string sources, tray;
     std::optional<program> vimbo;
     std::optional<desk_operator> hand;

@@ -17,8 +17,8 @@ point centre_of(const struct nk_rect &bounds)
 
 } // namespace
 
-desk_operator::desk_operator(x_session &screen, const desk &where)
-    : session(screen), layout(where.width, where.height), source_directory(where.source_directory)
+desk_operator::desk_operator(x_server &screen, const desk &where)
+    : server(screen), layout(where.width, where.height), source_directory(where.source_directory)
 {
     layout.app().bar.source_directory = source_directory.c_str();
     vimbo::set_text(layout.app().mosaic.tray_directory, where.tray_directory);
@@ -49,12 +49,12 @@ void desk_operator::toggle(std::string_view label, int nth)
 {
     const point at = place_of(label, nth);
     layout.click(at);
-    session.click(at);
+    server.click(at);
 }
 
 void desk_operator::press(std::string_view label, int nth)
 {
-    session.click(place_of(label, nth));
+    server.click(place_of(label, nth));
 }
 
 void desk_operator::choose(std::string_view combo, std::string_view item)
@@ -80,13 +80,13 @@ void desk_operator::choose_where(const text_test &combo, const text_test &item)
     layout.frame();
     const point header = first_of(combo);
     layout.click(header);
-    session.click(header);
+    server.click(header);
     const point at = last_of(item);
     layout.click(at);
-    session.click(at);
+    server.click(at);
     // Away from the list's place, over nothing that reacts.
-    session.move({2, 2});
-    session.settle();
+    server.move({2, 2});
+    server.settle();
 }
 
 point desk_operator::first_of(const text_test &wanted) const
@@ -143,7 +143,7 @@ void desk_operator::show_statistics()
     toggle("|", 0);
 }
 
-unsigned long wait_for_window(x_session &screen)
+unsigned long wait_for_window(x_server &screen)
 {
     unsigned long window = 0;
     wait_until([&] { return (window = screen.find_window("Orvanne Material Editor")) != 0; });

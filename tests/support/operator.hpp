@@ -3,7 +3,7 @@
 #pragma once
 
 #include "tests/support/panel_bench.hpp"
-#include "tests/support/x_session.hpp"
+#include "tests/support/x_server.hpp"
 
 #include <functional>
 #include <string>
@@ -20,7 +20,7 @@ public:
         std::string source_directory;
         std::string tray_directory;
     };
-    desk_operator(x_session &screen, const desk &where);
+    desk_operator(x_server &screen, const desk &where);
 
     /// Where the nth widget labelled so lies now.
     point place_of(std::string_view label, int nth = 0);
@@ -53,9 +53,9 @@ public:
         return layout;
     }
 
-    const x_session &screen() const
+    const x_server &screen() const
     {
-        return session;
+        return server;
     }
 
 private:
@@ -64,13 +64,13 @@ private:
     point first_of(const text_test &wanted) const;
     point last_of(const text_test &wanted) const;
 
-    x_session &session;
+    x_server &server;
     panel_bench layout;
     std::string source_directory;
 };
 
 /// What a desk operator needs of a running program: a window under its title,
 /// with its first frame on the screen. It is attended from then on.
-unsigned long wait_for_window(x_session &screen);
+unsigned long wait_for_window(x_server &screen);
 
 } // namespace bench

@@ -2,7 +2,7 @@
 // files they leave, how they end.
 #include "platform/commands.hpp"
 #include "tests/support/scratch.hpp"
-#include "tests/support/x_session.hpp" // wait_until
+#include "tests/support/x_server.hpp" // wait_until
 
 #include <gtest/gtest.h>
 

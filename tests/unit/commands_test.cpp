@@ -4,7 +4,7 @@
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tools.hpp"
-#include "tests/support/x_session.hpp"
+#include "tests/support/x_server.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "tests/support/x_session.hpp"
+#include "tests/support/x_server.hpp"
 
 #include <X11/extensions/Xdamage.h>
 #include <X11/extensions/XTest.h>
@@ -69,7 +69,7 @@ bool wait_until(const std::function<bool()> &condition, std::chrono::millisecond
     return true;
 }
 
-x_session::x_session(int width, int height)
+x_server::x_server(int width, int height)
 {
     // Servers that start at the same time can get in each other's way.
     constexpr int attempts = 20;
@@ -80,7 +80,7 @@ x_session::x_session(int width, int height)
         throw std::runtime_error("Xvfb did not start");
 }
 
-void x_session::start_server(const std::string &screen)
+void x_server::start_server(const std::string &screen)
 {
     int ends[2] = {};
     if (pipe(ends) != 0)
@@ -111,14 +111,14 @@ void x_session::start_server(const std::string &screen)
         end_server();
 }
 
-void x_session::end_server()
+void x_server::end_server()
 {
     kill(server, SIGTERM);
     waitpid(server, nullptr, 0);
     server = 0;
 }
 
-x_session::~x_session()
+x_server::~x_server()
 {
     if (display != nullptr)
         XCloseDisplay(display);
@@ -126,7 +126,7 @@ x_session::~x_session()
         end_server();
 }
 
-unsigned long x_session::find_window(std::string_view title) const
+unsigned long x_server::find_window(std::string_view title) const
 {
     Window root = 0;
     Window parent = 0;
@@ -147,7 +147,7 @@ unsigned long x_session::find_window(std::string_view title) const
     return found;
 }
 
-void x_session::close_window(unsigned long window) const
+void x_server::close_window(unsigned long window) const
 {
     XEvent event = {};
     event.xclient.type = ClientMessage;
@@ -159,14 +159,14 @@ void x_session::close_window(unsigned long window) const
     XSync(display, False);
 }
 
-void x_session::resize_window(unsigned long window, int width, int height) const
+void x_server::resize_window(unsigned long window, int width, int height) const
 {
     XResizeWindow(display, window, static_cast<unsigned int>(width),
                   static_cast<unsigned int>(height));
     XSync(display, False);
 }
 
-void x_session::attend(unsigned long window)
+void x_server::attend(unsigned long window)
 {
     // The answer to a ping comes by way of the root window.
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
@@ -175,7 +175,7 @@ void x_session::attend(unsigned long window)
 
 // Window managers ping a window to see whether it still takes its events; the
 // answer comes in the program's turn, behind everything sent before.
-void x_session::await_answer() const
+void x_server::await_answer() const
 {
     const Atom ping = XInternAtom(display, "_NET_WM_PING", False);
     static long serial = 0;
@@ -202,7 +202,7 @@ void x_session::await_answer() const
         throw std::runtime_error("the program does not answer any more");
 }
 
-void x_session::settle() const
+void x_server::settle() const
 {
     if (attended == 0) {
         std::this_thread::sleep_for(hold_time);
@@ -214,7 +214,7 @@ void x_session::settle() const
         await_answer();
 }
 
-int x_session::count_redraws(unsigned long window, std::chrono::milliseconds time) const
+int x_server::count_redraws(unsigned long window, std::chrono::milliseconds time) const
 {
     int first_event = 0;
     int first_error = 0;
@@ -239,25 +239,25 @@ int x_session::count_redraws(unsigned long window, std::chrono::milliseconds tim
     return count;
 }
 
-void x_session::move(point to) const
+void x_server::move(point to) const
 {
     XTestFakeMotionEvent(display, -1, to.x, to.y, CurrentTime);
     XSync(display, False);
 }
 
-void x_session::press(int button) const
+void x_server::press(int button) const
 {
     XTestFakeButtonEvent(display, static_cast<unsigned int>(button), True, CurrentTime);
     XSync(display, False);
 }
 
-void x_session::release(int button) const
+void x_server::release(int button) const
 {
     XTestFakeButtonEvent(display, static_cast<unsigned int>(button), False, CurrentTime);
     XSync(display, False);
 }
 
-void x_session::click(point at, int button) const
+void x_server::click(point at, int button) const
 {
     move(at);
     settle();
@@ -267,7 +267,7 @@ void x_session::click(point at, int button) const
     settle();
 }
 
-void x_session::scroll(int notches) const
+void x_server::scroll(int notches) const
 {
     constexpr int up = 4;
     constexpr int down = 5;
@@ -277,14 +277,14 @@ void x_session::scroll(int notches) const
     }
 }
 
-void x_session::send_key(unsigned int code, bool down) const
+void x_server::send_key(unsigned int code, bool down) const
 {
     XTestFakeKeyEvent(display, code, down ? True : False, CurrentTime);
     XSync(display, False);
 }
 
 // A symbol that no key has is put on one that has none.
-unsigned int x_session::code_of(unsigned long symbol, bool &shift) const
+unsigned int x_server::code_of(unsigned long symbol, bool &shift) const
 {
     shift = false;
     const KeyCode code = XKeysymToKeycode(display, symbol);
@@ -300,12 +300,12 @@ unsigned int x_session::code_of(unsigned long symbol, bool &shift) const
     return spare;
 }
 
-void x_session::key(std::string_view name) const
+void x_server::key(std::string_view name) const
 {
     hold_key(name, {});
 }
 
-void x_session::hold_key(std::string_view name, std::chrono::milliseconds time) const
+void x_server::hold_key(std::string_view name, std::chrono::milliseconds time) const
 {
     unsigned int modifier = 0;
     for (const auto &[prefix, symbol] :
@@ -330,7 +330,7 @@ void x_session::hold_key(std::string_view name, std::chrono::milliseconds time) 
     settle();
 }
 
-void x_session::type(std::u32string_view text) const
+void x_server::type(std::u32string_view text) const
 {
     constexpr unsigned long unicode_symbols = 0x01000000;
     constexpr char32_t last_latin_1 = 0xFF;
@@ -350,7 +350,7 @@ void x_session::type(std::u32string_view text) const
     settle();
 }
 
-image x_session::screenshot() const
+image x_server::screenshot() const
 {
     const Window root = DefaultRootWindow(display);
     XWindowAttributes attributes = {};

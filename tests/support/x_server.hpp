@@ -43,13 +43,13 @@ bool wait_until(const std::function<bool()> &condition,
                 std::chrono::milliseconds limit = std::chrono::seconds(20));
 
 /// A virtual X server with one client of its own.
-class x_session
+class x_server
 {
 public:
-    explicit x_session(int width = 1920, int height = 1300);
-    ~x_session();
-    x_session(const x_session &) = delete;
-    x_session &operator=(const x_session &) = delete;
+    explicit x_server(int width = 1920, int height = 1300);
+    ~x_server();
+    x_server(const x_server &) = delete;
+    x_server &operator=(const x_server &) = delete;
 
     /// As the environment's DISPLAY names it.
     const std::string &name() const
