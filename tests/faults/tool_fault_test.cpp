@@ -2,7 +2,7 @@
 // edited text and the tray are as they were.
 #include "tests/support/panel_bench.hpp"
 #include "tests/support/tool_path.hpp"
-#include "tests/support/x_session.hpp" // wait_until
+#include "tests/support/x_server.hpp" // wait_until
 
 #include <gtest/gtest.h>
 
