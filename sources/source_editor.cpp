@@ -57,7 +57,9 @@ void replace_text(source_editor_state &editor, std::string_view text)
     std::memset(editor.source_text, 0, sizeof editor.source_text);
     nk_textedit_init_fixed(&editor.source_edit, editor.source_text, source_capacity);
     editor.source_edit.single_line = 0;
-    nk_str_append_text_char(&editor.source_edit.string, text.data(), static_cast<int>(text.size()));
+    if (!text.empty())
+        nk_str_append_text_char(&editor.source_edit.string, text.data(),
+                                static_cast<int>(text.size()));
 }
 
 void apply_change(source_editor_state &editor, const text_change &change)
