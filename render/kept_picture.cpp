@@ -52,19 +52,16 @@ GLint layer_row(const picture_layer &layer, GLint y)
 
 void begin_drawing(const picture_layer &layer)
 {
-    const picture_area &area = layer.view.area;
-    const GLint y = std::min(layer_row(layer, area.y), layer_row(layer, area.y + area.height));
+    picture_area area = layer.view.area;
+    area.y = std::min(layer_row(layer, area.y), layer_row(layer, area.y + area.height));
     glBindFramebuffer(GL_FRAMEBUFFER, layer.target.framebuffer);
     set_upside_down(true);
-    glDisable(GL_BLEND);
-    glViewport(area.x, y, area.width, area.height);
-    glScissor(area.x, y, area.width, area.height);
-    glEnable(GL_SCISSOR_TEST);
+    begin_area(area);
 }
 
 void end_drawing()
 {
-    glDisable(GL_SCISSOR_TEST);
+    end_area();
     set_upside_down(false);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
@@ -194,13 +191,31 @@ void show_stand_in(const kept_picture &kept)
 
 } // namespace
 
+void begin_area(const picture_area &area)
+{
+    glViewport(area.x, area.y, area.width, area.height);
+    glScissor(area.x, area.y, area.width, area.height);
+    glEnable(GL_SCISSOR_TEST);
+    glDisable(GL_BLEND);
+}
+
+void end_area()
+{
+    glDisable(GL_SCISSOR_TEST);
+}
+
 bool want_picture(kept_picture &kept, const picture_source &source, const picture_view &view,
                   std::int32_t vertices)
 {
     kept.wanted = view;
     kept.wanted_vertices = vertices;
-    if (!begin_picture(kept))
+    if (!begin_picture(kept)) {
+        // Without one of the layers the other is of no use, and nothing of it is
+        // to be drawn between frames.
+        delete_offscreen(kept.shown.target);
+        delete_offscreen(kept.next.target);
         return false;
+    }
     finish_picture(kept);
     const double missing = vertices - layer_under_way(kept).drawn;
     const bool too_many =
@@ -242,17 +257,14 @@ void draw_slice(kept_picture &kept, const picture_source &source)
 
 void show_picture(const kept_picture &kept)
 {
-    const picture_area &area = kept.wanted.area;
     const bool stands = same_view(kept.shown.view, kept.wanted);
-    glViewport(area.x, area.y, area.width, area.height);
-    glScissor(area.x, area.y, area.width, area.height);
-    glEnable(GL_SCISSOR_TEST);
+    begin_area(kept.wanted.area);
     if (stands)
         copy_to_window(kept.shown, whole(horizontal(kept.wanted)), whole(vertical(kept.wanted)),
                        GL_NEAREST);
     else
         show_stand_in(kept);
-    glDisable(GL_SCISSOR_TEST);
+    end_area();
 }
 
 } // namespace vimbo

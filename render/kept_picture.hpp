@@ -21,6 +21,11 @@ struct picture_area {
     GLsizei height;
 };
 
+/// Has what is drawn from here on fill the area, and stay within it, until
+/// end_area.
+void begin_area(const picture_area &area);
+void end_area();
+
 /// What a picture shows of which mosaic, and where in a window of which size.
 struct picture_view {
     path_matrix matrix;

@@ -26,20 +26,12 @@ picture_view view_of(const frame_state &frame, const preview_state &preview,
             frame.window_height, mosaic.mosaic_generation};
 }
 
-void begin_area(const picture_area &area)
-{
-    glViewport(area.x, area.y, area.width, area.height);
-    glScissor(area.x, area.y, area.width, area.height);
-    glEnable(GL_SCISSOR_TEST);
-    glDisable(GL_BLEND);
-}
-
 void draw_outline(const picture_view &view, const picture_parts &parts)
 {
     begin_area(view.area);
     draw_path_buffer(parts.program, view.matrix, parts.outline.vertex_array,
                      parts.outline.vertex_count, outline_colours);
-    glDisable(GL_SCISSOR_TEST);
+    end_area();
 }
 
 } // namespace
@@ -95,7 +87,7 @@ void draw_preview_directly(const frame_state &frame, const preview_state &previe
     draw_path_buffer(parts.program, view.matrix, parts.mosaic.mosaic_vao,
                      replayed_vertices(parts.mosaic.mosaic_vertex_count, preview.replay_position),
                      mosaic_colours);
-    glDisable(GL_SCISSOR_TEST);
+    end_area();
     draw_outline(view, parts);
 }
 
