@@ -1,8 +1,12 @@
 #include "toolchain/path_statistics.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <system_error>
+#include <thread>
+#include <vector>
 
 namespace toolchain
 {
@@ -11,11 +15,6 @@ namespace
 {
 
 constexpr double tangent_of_an_eighth = 0.41421356237309504880; // of π
-
-} // namespace
-
-namespace
-{
 
 // In plain arithmetic and without a branch, so that the compiler takes several
 // at a time.
@@ -105,18 +104,37 @@ void divide(std::array<double, Count> &values, double divisor)
         value /= divisor;
 }
 
-} // namespace
+// What the figures are made of, of a stretch of the path.
+struct path_sums {
+    std::array<double, window_moves> locality = {};
+    std::array<double, direction_bins> directions = {}; // length of marks
+    double windows = 0;                                 // full ones of some length
+    double length = 0;
 
-path_statistics measure_path(std::span<const vimbo::path_vertex> moves)
+    path_sums &operator+=(const path_sums &other)
+    {
+        for (std::size_t k = 0; k < locality.size(); ++k)
+            locality[k] += other.locality[k];
+        for (std::size_t bin = 0; bin < directions.size(); ++bin)
+            directions[bin] += other.directions[bin];
+        windows += other.windows;
+        length += other.length;
+        return *this;
+    }
+};
+
+// A stretch is what a thread takes at a time: whole windows, and long enough for
+// its taking to cost nothing.
+constexpr std::size_t stretch_moves = std::size_t{1} << 20;
+static_assert(stretch_moves % window_moves == 0);
+
+path_sums sum_up(vimbo::path_vertex start, std::span<const vimbo::path_vertex> moves)
 {
     // Neighbours often have the same direction; in sums of their own they do not
     // wait for each other.
     constexpr std::size_t sums = 4;
     double directions[sums][direction_bins] = {};
-    path_statistics result = {};
-    double windows = 0;
-    double all = 0;
-    vimbo::path_vertex start = {0, 0};
+    path_sums result;
     std::array<vimbo::path_vertex, window_moves> last_ends;
     window current;
     while (!moves.empty()) {
@@ -130,21 +148,60 @@ path_statistics measure_path(std::span<const vimbo::path_vertex> moves)
             total += current.length[i];
             directions[i % sums][static_cast<std::size_t>(current.bin[i])] += current.marked[i];
         }
-        windows += full && add_shares(current, total, result.locality) ? 1 : 0;
-        all += total;
+        result.windows += full && add_shares(current, total, result.locality) ? 1 : 0;
+        result.length += total;
         start = ends.back();
         moves = moves.subspan(std::min<std::size_t>(moves.size(), window_moves));
     }
     for (const auto &sum : directions)
         for (std::size_t bin = 0; bin < direction_bins; ++bin)
             result.directions[bin] += sum[bin];
-    for (const double length : result.directions)
-        result.moves[0] += length;
-    result.moves[1] = std::max(all - result.moves[0], 0.0);
-    divide(result.locality, windows);
-    divide(result.directions, all);
-    divide(result.moves, all);
     return result;
+}
+
+path_statistics shares_of(const path_sums &sums)
+{
+    path_statistics result = {sums.locality, sums.directions, {}};
+    for (const double length : sums.directions)
+        result.moves[0] += length;
+    result.moves[1] = std::max(sums.length - result.moves[0], 0.0);
+    divide(result.locality, sums.windows);
+    divide(result.directions, sums.length);
+    divide(result.moves, sums.length);
+    return result;
+}
+
+} // namespace
+
+path_statistics measure_path(std::span<const vimbo::path_vertex> moves)
+{
+    std::vector<path_sums> stretches((moves.size() + stretch_moves - 1) / stretch_moves);
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t i = 0; (i = next++) < stretches.size();) {
+            const auto rest = moves.subspan(i * stretch_moves);
+            const vimbo::path_vertex start =
+                i == 0 ? vimbo::path_vertex{0, 0} : *(&rest.front() - 1);
+            stretches[i] = sum_up(start, rest.first(std::min(rest.size(), stretch_moves)));
+        }
+    };
+    {
+        const std::size_t helpers =
+            std::min<std::size_t>(std::thread::hardware_concurrency(), stretches.size());
+        std::vector<std::jthread> threads;
+        try {
+            while (threads.size() + 1 < helpers)
+                threads.emplace_back(work);
+        } catch (const std::system_error &) {
+            // The system grants no more: those that there are will do.
+        }
+        work();
+    }
+    // In the path's order, so that the figures do not hang on who came first.
+    path_sums all = {};
+    for (const path_sums &stretch : stretches)
+        all += stretch;
+    return shares_of(all);
 }
 
 } // namespace toolchain

@@ -19,7 +19,8 @@ struct path_statistics {
 };
 
 /// Measures the path that starts at the origin and makes these moves, in one
-/// pass.
+/// pass, with as many threads as the machine has processors. The same moves give
+/// the same figures to the last bit.
 path_statistics measure_path(std::span<const vimbo::path_vertex> moves);
 
 /// Bin of the direction of (dx, dy), not both 0: bin b holds the angles from

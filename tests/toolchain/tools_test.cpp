@@ -199,6 +199,28 @@ TEST_F(Plimb, SharesLengthOutAmongMarksAndJumpsAndDirections)
         EXPECT_EQ(figures[k], 0) << "an incomplete window is left out";
 }
 
+TEST_F(Plimb, MeasuresALongPathWithoutAGapBetweenItsThreads)
+{
+    // A jump far out, then marks to and fro there: where a stretch of the path
+    // started at the origin once more, its length would show.
+    constexpr int far_out = 1000000000;
+    constexpr int step = 1000;
+    constexpr int moves = 3200000;
+    std::vector<vimbo::path_vertex> points = {{far_out, 0}};
+    for (int i = 1; i < moves; ++i)
+        points.push_back({far_out + (i % 2) * step, 1});
+    const outcome result = measure(mosaic_bytes(points));
+    EXPECT_EQ(result.status, 0);
+    const std::vector<double> figures = numbers_of(result.output);
+    ASSERT_EQ(figures.size(), 50U);
+    const double length = far_out + (moves - 1.0) * step;
+    EXPECT_NEAR(figures[49], far_out / length, 1e-6) << "jumps";
+    EXPECT_NEAR(figures[32 + 8], (1 - far_out / length) / 2, 1e-6) << "to the right";
+    EXPECT_NEAR(figures[32 + 15], (1 - far_out / length) / 2, 1e-6) << "to the left";
+    EXPECT_NEAR(figures[0], 1.0 / 32, 2e-5) << "one step of 32";
+    EXPECT_NEAR(figures[1], 0, 2e-5) << "and back";
+}
+
 TEST_F(Plimb, PrintsZeroesForAnEmptyMosaic)
 {
     const outcome result = measure(mosaic_bytes(8, 0, ""));
