@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <limits>
+#include <future>
+#include <numeric>
 
 namespace toolchain
 {
@@ -15,21 +16,45 @@ namespace
 
 constexpr std::size_t reserved_bytes = max_moves * sizeof(vimbo::path_vertex);
 
-bool fits(double coordinate)
-{
-    // Below the limits, so that the flag bit cannot push y over them; false for NaN.
-    return coordinate >= std::numeric_limits<vimbo::length_unit>::min() &&
-           coordinate <= std::numeric_limits<vimbo::length_unit>::max();
-}
-
-vimbo::length_unit with_flag(vimbo::length_unit y, bool mark)
-{
-    return (y & ~1) | (mark ? 1 : 0);
-}
-
 bool is_mark(const vimbo::path_vertex &move)
 {
     return (move.y & 1) != 0;
+}
+
+// Where the path is after its first `count` moves.
+vimbo::path_vertex end_of(std::span<const vimbo::path_vertex> moves, std::size_t count)
+{
+    return count == 0 ? vimbo::path_vertex{0, 0} : moves[count - 1];
+}
+
+path_lengths measure_from(const vimbo::path_vertex &start,
+                          std::span<const vimbo::path_vertex> moves)
+{
+    // In sums of their own, so that the compiler takes several moves at a time;
+    // the flag multiplies, as marks and jumps may come in any order.
+    constexpr std::size_t sums = 8;
+    double all[sums] = {};
+    double marked[sums] = {};
+    const auto add = [&](std::size_t sum, const vimbo::path_vertex &from,
+                         const vimbo::path_vertex &to) {
+        const double dx = static_cast<double>(to.x) - from.x;
+        const double dy = static_cast<double>(to.y) - from.y;
+        const double length = std::sqrt(dx * dx + dy * dy);
+        all[sum] += length;
+        marked[sum] += length * (to.y & 1);
+    };
+    if (!moves.empty())
+        add(0, start, moves.front());
+    std::size_t i = 1;
+    for (; i + sums <= moves.size(); i += sums)
+        for (std::size_t sum = 0; sum < sums; ++sum)
+            add(sum, moves[i + sum - 1], moves[i + sum]);
+    for (; i < moves.size(); ++i)
+        add(0, moves[i - 1], moves[i]);
+    const double length = std::accumulate(all, all + sums, 0.0);
+    const double mark_length = std::accumulate(marked, marked + sums, 0.0);
+    return {mark_length / vimbo::length_units_per_mm,
+            (length - mark_length) / vimbo::length_units_per_mm};
 }
 
 } // namespace
@@ -38,30 +63,17 @@ move_list::move_list()
 {
     void *memory = mmap(nullptr, reserved_bytes, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory != MAP_FAILED)
-        first = static_cast<vimbo::path_vertex *>(memory);
+    if (memory == MAP_FAILED)
+        return;
+    // Page by page, its first use costs as much as the moves themselves.
+    madvise(memory, reserved_bytes, MADV_HUGEPAGE);
+    first = static_cast<vimbo::path_vertex *>(memory);
 }
 
 move_list::~move_list()
 {
     if (first != nullptr)
         munmap(first, reserved_bytes);
-}
-
-move_fault move_list::append(double x, double y, bool mark)
-{
-    const double nearest_x = std::nearbyint(x);
-    const double nearest_y = std::nearbyint(y);
-    if (!fits(nearest_x) || !fits(nearest_y))
-        return move_fault::coordinate_range;
-    if (count == max_moves)
-        return move_fault::too_many;
-    if (first == nullptr)
-        return move_fault::no_memory;
-    first[count++] = {static_cast<vimbo::length_unit>(nearest_x),
-                      with_flag(static_cast<vimbo::length_unit>(nearest_y), mark)};
-    marks += mark ? 1 : 0;
-    return move_fault::none;
 }
 
 void move_list::centre()
@@ -107,15 +119,14 @@ move_extents move_list::extents() const
 
 path_lengths measure(std::span<const vimbo::path_vertex> moves)
 {
-    path_lengths lengths = {};
-    vimbo::path_vertex from = {0, 0};
-    for (const vimbo::path_vertex &to : moves) {
-        const double length =
-            std::hypot(static_cast<double>(to.x) - from.x, static_cast<double>(to.y) - from.y);
-        (is_mark(to) ? lengths.mark_mm : lengths.jump_mm) += length / vimbo::length_units_per_mm;
-        from = to;
-    }
-    return lengths;
+    // Two threads, each with one half; where the system grants no second one the
+    // first does both.
+    const std::size_t half = moves.size() / 2;
+    auto second =
+        std::async([&] { return measure_from(end_of(moves, half), moves.subspan(half)); });
+    const path_lengths first = measure_from({0, 0}, moves.first(half));
+    const path_lengths rest = second.get();
+    return {first.mark_mm + rest.mark_mm, first.jump_mm + rest.jump_mm};
 }
 
 } // namespace toolchain

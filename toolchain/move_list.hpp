@@ -3,6 +3,7 @@
 
 #include "mosaic/path_vertex.hpp"
 
+#include <cmath>
 #include <cstddef>
 #include <span>
 
@@ -29,8 +30,21 @@ public:
     move_list(const move_list &) = delete;
     move_list &operator=(const move_list &) = delete;
 
-    /// Appends a move to (x, y), in length_unit, rounded to the nearest.
-    move_fault append(double x, double y, bool mark);
+    /// Appends a move to (x, y), in length_unit, rounded to the nearest. Here, to
+    /// be inlined: sources make moves by the million.
+    move_fault append(double x, double y, bool mark)
+    {
+        if (!fits(x) || !fits(y))
+            return move_fault::coordinate_range;
+        if (count == max_moves)
+            return move_fault::too_many;
+        if (first == nullptr)
+            return move_fault::no_memory;
+        first[count++] = {static_cast<vimbo::length_unit>(std::lrint(x)),
+                          with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
+        marks += mark ? 1 : 0;
+        return move_fault::none;
+    }
 
     /// Shifts all moves so that the middle of their extents is the origin.
     void centre();
@@ -40,6 +54,18 @@ public:
     move_extents extents() const;
 
 private:
+    // Its nearest whole number is a coordinate: a half goes to the even one. False
+    // for NaN.
+    static bool fits(double coordinate)
+    {
+        return coordinate >= -2147483648.5 && coordinate < 2147483647.5;
+    }
+
+    static vimbo::length_unit with_flag(vimbo::length_unit y, bool mark)
+    {
+        return (y & ~1) | (mark ? 1 : 0);
+    }
+
     vimbo::path_vertex *first = nullptr; // null when the system grants no memory
     std::size_t count = 0;
     std::size_t marks = 0;
