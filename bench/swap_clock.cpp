@@ -1,7 +1,9 @@
 // Preloaded into the program, notes when its frames were shown and what it did
 // between them. Each line: the time in seconds, then "wait" (the program had
-// nothing to do), "poll" (it was drawing slices, or input was left) or "swap".
+// nothing to do), "poll" (it was drawing slices, or input was left), "swap", or
+// "join" (it has taken a reader thread's result).
 #include <dlfcn.h>
+#include <pthread.h>
 
 #include <chrono>
 #include <cstdio>
@@ -29,6 +31,14 @@ Function next(const char *name)
 } // namespace
 
 extern "C" {
+
+int pthread_tryjoin_np(pthread_t thread, void **result) noexcept
+{
+    const int error = next<int (*)(pthread_t, void **)>("pthread_tryjoin_np")(thread, result);
+    if (error == 0)
+        note("join");
+    return error;
+}
 
 void glfwWaitEventsTimeout(double timeout)
 {

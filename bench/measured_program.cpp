@@ -1,0 +1,192 @@
+#include "bench/measured_program.hpp"
+
+#include "bench/table.hpp"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+namespace bench
+{
+
+double now()
+{
+    using clock_type = std::chrono::steady_clock;
+    return std::chrono::duration<double>(clock_type::now().time_since_epoch()).count();
+}
+
+void sleep_for(double seconds)
+{
+    std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+}
+
+std::vector<clock_entry> read_clock(const std::string &log)
+{
+    std::vector<clock_entry> entries;
+    std::ifstream file(log);
+    for (clock_entry line; file >> line.time >> line.what;)
+        entries.push_back(line);
+    return entries;
+}
+
+program::options with_clock(const x_server &screen, const std::vector<std::string> &arguments,
+                            const std::string &log)
+{
+    return {.arguments = arguments,
+            .environment = {"DISPLAY=" + screen.name(), "LD_PRELOAD=" SWAP_CLOCK,
+                            "SWAP_CLOCK_LOG=" + log},
+            .directory = VIMBO_FOLDER,
+            .output = {}};
+}
+
+measured_program::measured_program(x_server &display, const measured_place &where)
+    : log(where.log), screen(display),
+      vimbo(with_clock(display,
+                       {VIMBO_FOLDER "/vimbo", "-s", where.sources, "-t", where.tray, "-w",
+                        std::to_string(window_width) + ',' + std::to_string(window_height)},
+                       where.log)),
+      window(wait_for_window(display)),
+      hand(display, {window_width, window_height, where.sources, where.tray})
+{
+    hand.show_bottom();
+    hand.show_preview();
+    hand.show_statistics();
+    const struct nk_rect area = hand.picture();
+    centre = {static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)};
+    display.move(centre);
+    settle(now());
+}
+
+measured_program::~measured_program()
+{
+    screen.close_window(window);
+    vimbo.wait_for_end();
+}
+
+double measured_program::settle(double since) const
+{
+    constexpr double longest = 120;
+    while (now() < since + longest) {
+        sleep_for(0.1);
+        const double stood = standing_since(since);
+        if (stood > 0)
+            return stood;
+    }
+    throw std::runtime_error("the picture never stood");
+}
+
+frame_times measured_program::between(double from, double to) const
+{
+    frame_times times;
+    double last_swap = 0;
+    double last_wait = 0;
+    for (const auto &[time, what] : read_clock(log)) {
+        if (what == "wait" || what == "poll")
+            last_wait = time;
+        if (what != "swap")
+            continue;
+        if (last_swap > from && time < to) {
+            times.intervals.push_back(time - last_swap);
+            if (last_wait > last_swap)
+                times.work.push_back(time - last_wait);
+        }
+        last_swap = time;
+    }
+    return times;
+}
+
+double measured_program::frame_after(const std::string &wanted, double since) const
+{
+    bool seen = false;
+    for (const auto &[time, what] : read_clock(log)) {
+        if (time < since)
+            continue;
+        seen = seen || what == wanted;
+        if (seen && what == "swap")
+            return time;
+    }
+    return 0;
+}
+
+double measured_program::processor_time() const
+{
+    return processor_time_of(vimbo.id());
+}
+
+// The program waits only when its picture is whole: the frame before the
+// second wait is the first that shows it.
+double measured_program::standing_since(double since) const
+{
+    double last_swap = 0;
+    int frames = 0;
+    for (const auto &[time, what] : read_clock(log)) {
+        if (time < since)
+            continue;
+        if (what == "wait" && frames > 1)
+            return last_swap;
+        if (what == "swap") {
+            last_swap = time;
+            ++frames;
+        }
+    }
+    return 0;
+}
+
+double processor_time_of(pid_t process)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    std::getline(file, line);
+    // Behind the name, which may hold anything: state, ten fields, then the two.
+    std::istringstream fields(line.substr(line.rfind(')') + 1));
+    std::string skipped;
+    for (int i = 0; i < 11; ++i)
+        fields >> skipped;
+    double user = 0;
+    double system = 0;
+    fields >> user >> system;
+    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+frame_times at_rest(const measured_program &vimbo, double seconds)
+{
+    const double start = now();
+    sleep_for(seconds);
+    return vimbo.between(start, now());
+}
+
+double while_panning(x_server &screen, const measured_program &vimbo)
+{
+    constexpr int steps = 60;
+    constexpr double between_steps = 1.0 / 30;
+    const point from = vimbo.middle();
+    screen.press();
+    sleep_for(0.2);
+    const double start = now();
+    for (int i = 1; i <= steps; ++i) {
+        screen.move({from.x + i, from.y});
+        sleep_for(between_steps);
+    }
+    const double end = now();
+    screen.release();
+    const double result = median(vimbo.between(start, end).intervals);
+    screen.click(from, 2); // the view as it was
+    vimbo.settle(now());
+    return result;
+}
+
+double while_replaying(x_server &screen, const measured_program &vimbo)
+{
+    const double start = now();
+    screen.click(vimbo.middle(), 3);
+    sleep_for(4);
+    const double result = median(vimbo.between(start + 0.5, now()).intervals);
+    vimbo.settle(now());
+    return result;
+}
+
+} // namespace bench

@@ -1,0 +1,102 @@
+// The real program on a display of its own, and what a clock that is preloaded
+// into it says of its frames.
+#pragma once
+
+#include "tests/support/operator.hpp"
+
+#include <string>
+#include <vector>
+
+namespace bench
+{
+
+inline constexpr int window_width = 1600;
+inline constexpr int window_height = 1240;
+
+/// Seconds of the clock that the program's frames are noted with.
+double now();
+
+void sleep_for(double seconds);
+
+struct frame_times {
+    std::vector<double> intervals; // from one shown frame to the next
+    std::vector<double> work;      // from the end of the wait to the shown frame
+};
+
+/// What the preloaded clock noted, in its order.
+struct clock_entry {
+    double time;
+    std::string what; // see swap_clock.cpp
+};
+std::vector<clock_entry> read_clock(const std::string &log);
+
+/// Where a program to be measured works, and what it is shown.
+struct measured_place {
+    std::string tray;
+    std::string sources;
+    std::string log; // its clock's
+};
+
+/// The options that start a program with the clock in it; its display and the
+/// clock's file are those of the environment.
+program::options with_clock(const x_server &screen, const std::vector<std::string> &arguments,
+                            const std::string &log);
+
+/// The program with all its panels open, the pointer in the picture's middle.
+class measured_program
+{
+public:
+    measured_program(x_server &display, const measured_place &where);
+    ~measured_program();
+    measured_program(const measured_program &) = delete;
+    measured_program &operator=(const measured_program &) = delete;
+
+    /// Waits until the program has nothing left to draw after `since`; the time
+    /// of the frame with which that was so.
+    double settle(double since) const;
+
+    frame_times between(double from, double to) const;
+    /// The first shown frame after the first entry of this name after `since`;
+    /// 0 when there is none yet.
+    double frame_after(const std::string &what, double since) const;
+
+    /// Processor time of all its threads so far, in seconds.
+    double processor_time() const;
+
+    pid_t id() const
+    {
+        return vimbo.id();
+    }
+    point middle() const
+    {
+        return centre;
+    }
+    desk_operator &operator_hand()
+    {
+        return hand;
+    }
+
+private:
+    double standing_since(double since) const;
+
+    std::string log;
+    x_server &screen;
+    program vimbo;
+    unsigned long window;
+    desk_operator hand;
+    point centre = {};
+};
+
+/// Processor time of a process, all its threads, in seconds.
+double processor_time_of(pid_t process);
+
+/// A sample of frames of a program that is left alone.
+frame_times at_rest(const measured_program &vimbo, double seconds);
+
+/// Frame to frame time while the picture is dragged on and on.
+double while_panning(x_server &screen, const measured_program &vimbo);
+
+/// Frame to frame time while a replay runs.
+double while_replaying(x_server &screen, const measured_program &vimbo);
+
+} // namespace bench
