@@ -20,11 +20,13 @@ void draw_panels()
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
 }
 
+// Upside down: the window's rows run from the top down in memory, the copy's from
+// the bottom up, and rows that keep their order are copied without any drawing.
 void copy_whole(GLuint from, GLuint to, GLsizei width, GLsizei height)
 {
     glBindFramebuffer(GL_READ_FRAMEBUFFER, from);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to);
-    glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    glBlitFramebuffer(0, 0, width, height, 0, height, width, 0, GL_COLOR_BUFFER_BIT, GL_NEAREST);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 

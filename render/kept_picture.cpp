@@ -169,6 +169,11 @@ shared_stretch whole(const axis &along)
     return {{along.start, end}, {along.start, end}, false};
 }
 
+GLint length(const GLint (&stretch)[2])
+{
+    return stretch[1] - stretch[0];
+}
+
 void copy_to_window(const picture_layer &layer, const shared_stretch &x, const shared_stretch &y,
                     GLenum filter)
 {
@@ -185,8 +190,11 @@ void show_stand_in(const kept_picture &kept)
     clear_picture();
     const shared_stretch x = share(horizontal(kept.shown.view), horizontal(kept.wanted));
     const shared_stretch y = share(vertical(kept.shown.view), vertical(kept.wanted));
-    if (!x.empty && !y.empty)
-        copy_to_window(kept.shown, x, y, GL_LINEAR);
+    if (x.empty || y.empty)
+        return;
+    // What is only moved can be copied as it is.
+    const bool scaled = length(x.from) != length(x.to) || length(y.from) != length(y.to);
+    copy_to_window(kept.shown, x, y, scaled ? GL_LINEAR : GL_NEAREST);
 }
 
 } // namespace

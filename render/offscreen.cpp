@@ -10,12 +10,21 @@ bool fit_offscreen(offscreen &picture, GLsizei width, GLsizei height)
     delete_offscreen(picture);
     glGenFramebuffers(1, &picture.framebuffer);
     glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
-    glGenRenderbuffers(1, &picture.colour);
-    glBindRenderbuffer(GL_RENDERBUFFER, picture.colour);
-    // As the window's own buffer: what is drawn here and there has to be the same.
-    glRenderbufferStorage(GL_RENDERBUFFER, GL_RGBA8, width, height);
-    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_RENDERBUFFER,
-                              picture.colour);
+    glGenTextures(1, &picture.colour);
+    glBindTexture(GL_TEXTURE_2D, picture.colour);
+    // Eight bits a channel, as the window's own buffer: what is drawn here and
+    // there has to be the same. A software renderer copies to the window five times
+    // as fast when the bytes have the window's order, which Mesa gives to this pair
+    // of formats only while the internal one has no size.
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, width, height, 0, GL_BGRA, GL_UNSIGNED_BYTE, nullptr);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, picture.colour, 0);
+    // Nothing is hidden by depth, but Mesa rounds lines another way without it.
+    glGenRenderbuffers(1, &picture.depth);
+    glBindRenderbuffer(GL_RENDERBUFFER, picture.depth);
+    glRenderbufferStorage(GL_RENDERBUFFER, GL_DEPTH24_STENCIL8, width, height);
+    glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER,
+                              picture.depth);
     const bool made = glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     if (!made) {
@@ -30,7 +39,8 @@ bool fit_offscreen(offscreen &picture, GLsizei width, GLsizei height)
 void delete_offscreen(offscreen &picture)
 {
     glDeleteFramebuffers(1, &picture.framebuffer);
-    glDeleteRenderbuffers(1, &picture.colour);
+    glDeleteTextures(1, &picture.colour);
+    glDeleteRenderbuffers(1, &picture.depth);
     picture = {};
 }
 

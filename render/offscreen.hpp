@@ -9,7 +9,8 @@ namespace vimbo
 /// Names and size in pixels. All zero: none.
 struct offscreen {
     GLuint framebuffer;
-    GLuint colour;
+    GLuint colour; // a texture
+    GLuint depth;  // a renderbuffer
     GLsizei width;
     GLsizei height;
 };
