@@ -11,6 +11,7 @@
 #include "platform/files.hpp"
 #include "render/preview_picture.hpp"
 #include "sources/source_editor.hpp"
+#include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/x_server.hpp"
 #include "toolchain/path_statistics.hpp"
@@ -23,6 +24,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <map>
 #include <memory>
 #include <string>
@@ -54,6 +56,35 @@ void load(benchmark::State &state)
     }
     if (mosaic.mosaic_vertex_count != static_cast<std::int32_t>(all->points) + 1)
         state.SkipWithError("the mosaic was not loaded");
+}
+
+// The most that this process has had in RAM since it was last asked to forget.
+std::size_t peak_resident_bytes()
+{
+    std::ifstream file("/proc/self/status");
+    std::string word;
+    std::size_t kibibytes = 0;
+    while (file >> word && word != "VmHWM:") {
+    }
+    file >> kibibytes;
+    return kibibytes * 1024;
+}
+
+// What loading takes of RAM beside the buffer itself, the most at any time; the
+// buffer is the driver's, and in RAM where it draws in software.
+double memory_beside_the_buffer()
+{
+    vimbo::mosaic_state &mosaic = all->app.mosaic;
+    vimbo::set_text(mosaic.mosaic_path, "");
+    vimbo::load_mosaic(mosaic); // so that none is held
+    glFinish();
+    std::ofstream("/proc/self/clear_refs") << 5; // the peak begins anew
+    const std::size_t before = bench::resident_bytes(getpid());
+    vimbo::set_text(mosaic.mosaic_path, all->mosaic_file);
+    vimbo::load_mosaic(mosaic);
+    glFinish();
+    const auto growth = static_cast<double>(peak_resident_bytes() - before);
+    return growth - static_cast<double>((all->points + 1) * sizeof(vimbo::path_vertex));
 }
 
 // The driver's buffer, filled from memory, and one read of the file into memory
@@ -184,6 +215,9 @@ int main(int argument_count, char *arguments[])
     const auto &took = reporter.seconds;
     bench::print_row("load_mosaic, beside glBufferData and one read", took.at("load"),
                      took.at("buffer_and_read"), 1.05);
+    constexpr double mib = 1024.0 * 1024.0;
+    bench::print_row_in("MiB", "its memory beside the buffer, beside 1 MiB",
+                        memory_beside_the_buffer() / mib, 1, 1);
     bench::print_row("plimb's figures, beside a sum of all lengths", took.at("measure_path"),
                      took.at("sum_lengths"), 2.5);
     bench::print_row("a source of 65,536 bytes into the editor, beside 10 ms",
