@@ -39,10 +39,11 @@ bool is_as_shown(const frame_state &frame, shown_panels &panels)
         forget_panels(panels);
         return false;
     }
-    const bool same = panels.copy.width == frame.window_width &&
+    const bool same = panels.copied && panels.copy.width == frame.window_width &&
                       panels.copy.height == frame.window_height &&
                       panels.command_bytes == memory.allocated &&
                       std::memcmp(panels.commands, memory.memory.ptr, memory.allocated) == 0;
+    panels.copied = same;
     panels.command_bytes = memory.allocated;
     std::memcpy(panels.commands, memory.memory.ptr, memory.allocated);
     return same;
@@ -53,21 +54,26 @@ bool is_as_shown(const frame_state &frame, shown_panels &panels)
 void forget_panels(shown_panels &panels)
 {
     panels.command_bytes = 0;
+    panels.copied = false;
 }
 
 void render_panels(const frame_state &frame, shown_panels &panels)
 {
     const GLsizei width = frame.window_width;
     const GLsizei height = frame.window_height;
+    const bool first = panels.command_bytes == 0;
     if (is_as_shown(frame, panels)) {
         nk_clear(frame.context);
         copy_whole(panels.copy.framebuffer, 0, width, height);
         return;
     }
     draw_panels();
+    // The program's first frame is waited for; the second will be copied.
+    if (first || panels.command_bytes == 0 || !fit_offscreen(panels.copy, width, height))
+        return;
     // Copied from the window rather than drawn once more, so that both are alike.
-    if (panels.command_bytes > 0 && fit_offscreen(panels.copy, width, height))
-        copy_whole(0, panels.copy.framebuffer, width, height);
+    copy_whole(0, panels.copy.framebuffer, width, height);
+    panels.copied = true;
 }
 
 } // namespace vimbo

@@ -16,9 +16,10 @@ inline constexpr std::size_t shown_commands_capacity = std::size_t{1} << 20;
 
 /// All zero: nothing kept. Main thread only.
 struct shown_panels {
-    offscreen copy;
-    char commands[shown_commands_capacity]; // that the copy was drawn by
+    char commands[shown_commands_capacity]; // of the last layout
     std::size_t command_bytes;
+    offscreen copy;
+    bool copied; // the copy shows what these commands draw
 };
 
 /// Forgets the copy: what the window held may be lost.
