@@ -6,6 +6,8 @@
 // All output, errors too, goes to standard output, where the one who started it
 // reads it.
 #include "toolchain/mosaic_writer.hpp"
+#include "toolchain/move_follower.hpp"
+#include "toolchain/path_summary.hpp"
 #include "toolchain/source_evaluator.hpp"
 #include "toolchain/stop_watch.hpp"
 
@@ -109,16 +111,15 @@ double in_mm(double length)
     return length / vimbo::length_units_per_mm;
 }
 
-void print_summary(const move_list &moves)
+void print_summary(const move_list &moves, const path_summary &path)
 {
-    const auto all = moves.moves();
-    const path_lengths lengths = measure(all);
-    const move_extents box = moves.extents();
-    std::printf("%zu moves: %zu marks, %zu jumps\n", all.size(), moves.mark_count(),
-                all.size() - moves.mark_count());
-    std::printf("marks %.3f mm, jumps %.3f mm\n", lengths.mark_mm, lengths.jump_mm);
-    std::printf("x %.3f to %.3f mm, y %.3f to %.3f mm\n", in_mm(box.left), in_mm(box.right),
-                in_mm(box.bottom), in_mm(box.top));
+    const std::size_t count = moves.moves().size();
+    std::printf("%zu moves: %zu marks, %zu jumps\n", count, moves.mark_count(),
+                count - moves.mark_count());
+    std::printf("marks %.3f mm, jumps %.3f mm\n", in_mm(path.mark_length),
+                in_mm(path.length - path.mark_length));
+    std::printf("x %.3f to %.3f mm, y %.3f to %.3f mm\n", in_mm(path.extents.left),
+                in_mm(path.extents.right), in_mm(path.extents.bottom), in_mm(path.extents.top));
 }
 
 void print_moves(const move_list &moves)
@@ -128,37 +129,65 @@ void print_moves(const move_list &moves)
                     in_mm(move.y & ~1));
 }
 
-int integrate(const request &wanted, move_list &moves)
+// Makes the source's moves, while `take` has them as they come. Gives the status
+// to end with, if that is to be the end.
+std::optional<int> make_moves(const request &wanted, move_list &moves,
+                              const move_follower::taker &take)
 {
-    if (wanted.centre)
-        moves.centre();
-    const std::string fault = write_mosaic(wanted.mosaic, moves.moves());
-    if (!fault.empty())
-        return fail(fault);
-    std::printf("%zu moves written to %s\n", moves.moves().size(), wanted.mosaic.c_str());
-    return status_ok;
-}
-
-int run(const request &wanted)
-{
-    watch_for_stop(status_nothing_done);
     const std::optional<std::string> source = read_file(wanted.source);
     if (!source)
         return fail("cannot read " + wanted.source);
-    move_list moves;
-    const std::string error = evaluate({*source, wanted.unit_um.value_or(default_unit_um)}, moves);
+    std::string error;
+    {
+        move_follower follower(moves, take);
+        error = evaluate({*source, wanted.unit_um.value_or(default_unit_um)}, moves);
+    }
     if (!error.empty())
         return fail(error);
-    if (moves.mark_count() == 0) {
-        std::puts("nothing was marked");
-        return status_nothing_done;
-    }
-    if (!wanted.mosaic.empty())
-        return integrate(wanted, moves);
+    if (moves.mark_count() > 0)
+        return std::nullopt;
+    std::puts("nothing was marked");
+    return status_nothing_done;
+}
+
+int run_evaluation(const request &wanted)
+{
+    move_list moves;
+    path_summary path;
+    const auto sum_up = [&](std::span<const vimbo::path_vertex> some) { add_moves(path, some); };
+    if (const std::optional<int> end = make_moves(wanted, moves, sum_up))
+        return *end;
     if (wanted.print_moves)
         print_moves(moves);
     else
-        print_summary(moves);
+        print_summary(moves, path);
+    return status_ok;
+}
+
+int run_integration(const request &wanted)
+{
+    mosaic_writer mosaic(wanted.mosaic);
+    if (!mosaic.fault().empty())
+        return fail(mosaic.fault());
+    move_list moves;
+    path_summary path;
+    // What is to be centred can be written only when all of it is known.
+    const auto take = [&](std::span<const vimbo::path_vertex> some) {
+        if (wanted.centre)
+            add_moves(path, some);
+        else
+            mosaic.append(some);
+    };
+    if (const std::optional<int> end = make_moves(wanted, moves, take))
+        return *end;
+    if (wanted.centre) {
+        moves.centre(path.extents);
+        mosaic.append(moves.moves());
+    }
+    const std::string fault = mosaic.finish();
+    if (!fault.empty())
+        return fail(fault);
+    std::printf("%zu moves written to %s\n", moves.moves().size(), wanted.mosaic.c_str());
     return status_ok;
 }
 
@@ -167,5 +196,8 @@ int run(const request &wanted)
 int main(int argument_count, char *arguments[])
 {
     const std::optional<request> wanted = parse(argument_count, arguments);
-    return wanted ? run(*wanted) : usage();
+    if (!wanted)
+        return usage();
+    watch_for_stop(status_nothing_done);
+    return wanted->mosaic.empty() ? run_evaluation(*wanted) : run_integration(*wanted);
 }

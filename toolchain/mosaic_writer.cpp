@@ -7,8 +7,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -17,17 +15,6 @@ namespace toolchain
 
 namespace
 {
-
-bool write_all(FILE *file, std::span<const vimbo::path_vertex> moves)
-{
-    unsigned char header[vimbo::mosaic_header_size] = {};
-    const std::uint32_t element_size = sizeof(vimbo::path_vertex);
-    const std::uint64_t element_count = moves.size();
-    std::memcpy(&header[vimbo::element_size_offset], &element_size, sizeof element_size);
-    std::memcpy(&header[vimbo::element_count_offset], &element_count, sizeof element_count);
-    return std::fwrite(header, sizeof header, 1, file) == 1 &&
-           std::fwrite(moves.data(), element_size, moves.size(), file) == moves.size();
-}
 
 // mkstemp makes files for their owner alone.
 void allow_as_the_umask_does(int file)
@@ -40,26 +27,71 @@ void allow_as_the_umask_does(int file)
 
 } // namespace
 
-std::string write_mosaic(const std::string &path, std::span<const vimbo::path_vertex> moves)
+mosaic_writer::mosaic_writer(const std::string &mosaic_path)
+    : path(mosaic_path), temporary(mosaic_path + ".XXXXXX")
 {
-    std::string temporary = path + ".XXXXXX";
     const int descriptor = mkstemp(temporary.data());
-    if (descriptor < 0)
-        return "cannot write beside " + path + ": " + std::strerror(errno);
+    if (descriptor < 0) {
+        temporary.clear();
+        note_failure("cannot write beside ");
+        return;
+    }
     set_unfinished_file(temporary);
     allow_as_the_umask_does(descriptor);
+    file = fdopen(descriptor, "wb");
+    if (file == nullptr)
+        close(descriptor);
+    if (file == nullptr || !write_header())
+        note_failure("cannot write ");
+}
 
-    FILE *file = fdopen(descriptor, "wb");
-    const bool written = file != nullptr && write_all(file, moves);
-    // A full disk may show only now.
-    const bool closed = (file != nullptr ? std::fclose(file) : close(descriptor)) == 0;
-    std::string fault;
-    if (!written || !closed || std::rename(temporary.c_str(), path.c_str()) != 0) {
-        fault = "cannot write " + path + ": " + std::strerror(errno);
+mosaic_writer::~mosaic_writer()
+{
+    if (file != nullptr)
+        std::fclose(file);
+    if (!temporary.empty())
         unlink(temporary.c_str());
-    }
     set_unfinished_file({});
-    return fault;
+}
+
+void mosaic_writer::note_failure(const char *verb)
+{
+    if (failure.empty())
+        failure = verb + path + ": " + std::strerror(errno);
+}
+
+bool mosaic_writer::write_header()
+{
+    unsigned char header[vimbo::mosaic_header_size] = {};
+    const std::uint32_t element_size = sizeof(vimbo::path_vertex);
+    std::memcpy(&header[vimbo::element_size_offset], &element_size, sizeof element_size);
+    std::memcpy(&header[vimbo::element_count_offset], &written, sizeof written);
+    return std::fwrite(header, sizeof header, 1, file) == 1;
+}
+
+void mosaic_writer::append(std::span<const vimbo::path_vertex> moves)
+{
+    if (!failure.empty())
+        return;
+    if (std::fwrite(moves.data(), sizeof(vimbo::path_vertex), moves.size(), file) != moves.size())
+        note_failure("cannot write ");
+    written += moves.size();
+}
+
+std::string mosaic_writer::finish()
+{
+    if (!failure.empty())
+        return failure;
+    // Only now their number is known.
+    const bool whole = std::fseek(file, 0, SEEK_SET) == 0 && write_header();
+    // A full disk may show only now.
+    const bool closed = std::fclose(file) == 0;
+    file = nullptr;
+    if (!whole || !closed || std::rename(temporary.c_str(), path.c_str()) != 0)
+        note_failure("cannot write ");
+    else
+        temporary.clear();
+    return failure;
 }
 
 } // namespace toolchain

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "mosaic/path_vertex.hpp"
+#include "toolchain/path_summary.hpp"
 
+#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <span>
@@ -16,12 +18,8 @@ inline constexpr std::size_t max_moves = std::size_t{1} << 28;
 /// What stopped a move from being taken.
 enum class move_fault { none, coordinate_range, too_many, no_memory };
 
-/// Smallest rectangle around all moves' ends.
-struct move_extents {
-    double left, right, bottom, top; // length_unit
-};
-
-/// Grows at its end only; its memory is reserved once and filled as needed.
+/// Grows at its end only; its memory is reserved once and filled as needed. One
+/// thread appends, and another may read what is published meanwhile.
 class move_list
 {
 public:
@@ -43,15 +41,25 @@ public:
         first[count++] = {static_cast<vimbo::length_unit>(std::lrint(x)),
                           with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
         marks += mark ? 1 : 0;
+        if (count % moves_at_a_time == 0)
+            publish();
         return move_fault::none;
     }
 
-    /// Shifts all moves so that the middle of their extents is the origin.
-    void centre();
+    /// Shifts all moves so that the middle of these extents, which are theirs, is
+    /// the origin.
+    void centre(const move_extents &extents);
 
+    /// All moves; for the appending thread, or once the list is closed.
     std::span<const vimbo::path_vertex> moves() const;
     std::size_t mark_count() const;
-    move_extents extents() const;
+
+    /// Once the last move is made: nobody waits for more.
+    void close();
+    /// For the other thread: waits for more moves than so many and gives their
+    /// number, or 0 once the list is closed.
+    std::size_t await_more_than(std::size_t known) const;
+    std::span<const vimbo::path_vertex> published(std::size_t from, std::size_t to) const;
 
 private:
     // Its nearest whole number is a coordinate: a half goes to the even one. False
@@ -66,16 +74,16 @@ private:
         return (y & ~1) | (mark ? 1 : 0);
     }
 
+    void publish();
+
+    // Small enough to be still in the processor's cache when it is read.
+    static constexpr std::size_t moves_at_a_time = std::size_t{1} << 14;
+    static constexpr std::size_t closed = ~std::size_t{0};
+
+    std::atomic<std::size_t> published_count = 0;
     vimbo::path_vertex *first = nullptr; // null when the system grants no memory
     std::size_t count = 0;
     std::size_t marks = 0;
 };
-
-/// Length of the marks and of the jumps in millimetres; the path starts at the
-/// origin.
-struct path_lengths {
-    double mark_mm, jump_mm;
-};
-path_lengths measure(std::span<const vimbo::path_vertex> moves);
 
 } // namespace toolchain

@@ -83,6 +83,36 @@ TEST_F(Mero, CentersAMosaic)
     EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{-256000, -512000}, {256000, 512001}}));
 }
 
+TEST_F(Mero, WritesAndSumsUpManyMovesWithoutAGap)
+{
+    // More than are handed on at a time, to and fro: a lost one would show.
+    const char *source = "for i = 1, 100000 do mark(1000 * (i % 2), 7) end jump(0, 0)";
+    std::vector<vimbo::path_vertex> points;
+    for (int i = 1; i <= 100000; ++i)
+        points.push_back({256000 * (i % 2), 1793});
+    points.push_back({0, 0});
+    EXPECT_EQ(integrate("-s 1", source).status, 0);
+    EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes(points));
+    EXPECT_EQ(evaluate("-S", source).output, "100001 moves: 100000 marks, 1 jumps\n"
+                                             "marks 3500000.001 mm, jumps 0.245 mm\n"
+                                             "x 0.000 to 35.000 mm, y 0.000 to 0.245 mm\n");
+}
+
+TEST_F(Mero, LeavesTheOldMosaicOnAFullDisk)
+{
+    write_file(place.file("0.mmv"), "old");
+    write_file(place.file("source"), "for i = 1, 100000 do mark(i % 2, 7) end");
+    const outcome result = run("trap '' XFSZ; ulimit -f 100; " VIMBO_MERO " -s 35 " +
+                               place.file("source") + ' ' + place.file("0.mmv"));
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
+        << result.output;
+    EXPECT_EQ(read_file(place.file("0.mmv")), "old");
+    for (const auto &entry : std::filesystem::directory_iterator(place.path()))
+        EXPECT_TRUE(entry.path().filename() == "0.mmv" || entry.path().filename() == "source")
+            << entry.path() << " was left";
+}
+
 TEST_F(Mero, NamesTheLineOfAnError)
 {
     for (const char *source : {"\nmark(", "\nmark(1)", "\nerror('no')", "\nnosuch()",
