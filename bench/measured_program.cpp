@@ -33,6 +33,13 @@ std::vector<clock_entry> read_clock(const std::string &log)
     return entries;
 }
 
+std::vector<std::string> vimbo_command(const std::string &sources, const std::string &tray)
+{
+    const std::string vimbo = std::string(VIMBO_FOLDER) + "/vimbo";
+    const std::string size = std::to_string(window_width) + ',' + std::to_string(window_height);
+    return {vimbo, "-s", sources, "-t", tray, "-w", size};
+}
+
 program::options with_clock(const x_server &screen, const std::vector<std::string> &arguments,
                             const std::string &log)
 {
@@ -45,10 +52,7 @@ program::options with_clock(const x_server &screen, const std::vector<std::strin
 
 measured_program::measured_program(x_server &display, const measured_place &where)
     : log(where.log), screen(display),
-      vimbo(with_clock(display,
-                       {VIMBO_FOLDER "/vimbo", "-s", where.sources, "-t", where.tray, "-w",
-                        std::to_string(window_width) + ',' + std::to_string(window_height)},
-                       where.log)),
+      vimbo(with_clock(display, vimbo_command(where.sources, where.tray), where.log)),
       window(wait_for_window(display)),
       hand(display, {window_width, window_height, where.sources, where.tray})
 {

@@ -37,6 +37,9 @@ struct measured_place {
     std::string log; // its clock's
 };
 
+/// The command line that starts the program in a window of the size above.
+std::vector<std::string> vimbo_command(const std::string &sources, const std::string &tray);
+
 /// The options that start a program with the clock in it; its display and the
 /// clock's file are those of the environment.
 program::options with_clock(const x_server &screen, const std::vector<std::string> &arguments,

@@ -54,13 +54,11 @@ void measure_start(const std::string &scratch)
 {
     x_server screen(1920, 1300);
     const std::string log = scratch + "/clock";
-    const std::string size = std::to_string(window_width) + ',' + std::to_string(window_height);
     std::vector<double> vimbo;
     std::vector<double> panel;
     std::vector<double> clear;
     for (int i = 0; i < repetitions; ++i) {
-        vimbo.push_back(start_time(
-            screen, {VIMBO_FOLDER "/vimbo", "-s", scratch, "-t", scratch, "-w", size}, log));
+        vimbo.push_back(start_time(screen, vimbo_command(scratch, scratch), log));
         panel.push_back(start_time(screen, {YARDSTICK, "panel"}, log));
         clear.push_back(start_time(screen, {YARDSTICK, "clear"}, log));
     }
@@ -194,10 +192,11 @@ void measure_mero(const std::string &scratch)
     std::vector<double> empty;
     std::vector<double> evaluated;
     std::vector<double> integrated;
+    const std::string integration = "-s 35 " + file + ' ' + mosaic;
     for (int i = 0; i < 5; ++i) {
         empty.push_back(empty_loop(source));
         evaluated.push_back(run_mero("-S " + file));
-        integrated.push_back(run_mero("-s 35 " + file + ' ' + mosaic));
+        integrated.push_back(run_mero(integration));
     }
     print_row("mero -S, 10 M marks, beside the loop with an empty mark", median(evaluated),
               median(empty), 1.5);
