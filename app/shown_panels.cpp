@@ -20,12 +20,38 @@ void draw_panels()
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
 }
 
-void copy_whole(GLuint from, GLuint to, GLsizei width, GLsizei height)
+void copy_part(GLuint from, GLuint to, GLint left, GLint bottom, GLint right, GLint top)
 {
     glBindFramebuffer(GL_READ_FRAMEBUFFER, from);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to);
-    glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    glBlitFramebuffer(left, bottom, right, top, left, bottom, right, top, GL_COLOR_BUFFER_BIT,
+                      GL_NEAREST);
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
+}
+
+void copy_whole(GLuint from, GLuint to, GLsizei width, GLsizei height)
+{
+    copy_part(from, to, 0, 0, width, height);
+}
+
+// The popup's own bounds are as high as it may become; the frame around it is
+// as high as it is. Half of the frame's line lies outside of it.
+struct nk_rect popup_of(nk_context *context)
+{
+    struct nk_rect found = {};
+    const nk_window *window = context->begin;
+    if (window == nullptr || window->popup.win == nullptr)
+        return found;
+    const struct nk_rect &most = window->popup.win->bounds;
+    const nk_command *command = nullptr;
+    nk_foreach(command, context)
+    {
+        const auto *frame = reinterpret_cast<const nk_command_rect *>(command);
+        if (command->type == NK_COMMAND_RECT && frame->x == static_cast<int>(most.x) &&
+            frame->y == static_cast<int>(most.y) && frame->w == static_cast<unsigned int>(most.w))
+            found = nk_recti(frame->x - 1, frame->y - 1, frame->w + 2, frame->h + 2);
+    }
+    return found;
 }
 
 // True when this layout draws what the copy shows; if not, it is noted.
@@ -57,6 +83,7 @@ void render_panels(const frame_state &frame, shown_panels &panels)
 {
     const GLsizei width = frame.window_width;
     const GLsizei height = frame.window_height;
+    panels.popup = popup_of(frame.context);
     if (is_as_shown(frame, panels)) {
         nk_clear(frame.context);
         copy_whole(panels.copy.framebuffer, 0, width, height);
@@ -66,6 +93,16 @@ void render_panels(const frame_state &frame, shown_panels &panels)
     // Copied from the window rather than drawn once more, so that both are alike.
     if (panels.command_bytes > 0 && fit_offscreen(panels.copy, width, height))
         copy_whole(0, panels.copy.framebuffer, width, height);
+}
+
+void render_popup_again(const shown_panels &panels)
+{
+    if (panels.command_bytes == 0 || panels.copy.framebuffer == 0 || panels.popup.w == 0)
+        return;
+    const auto left = static_cast<GLint>(panels.popup.x);
+    const auto top = panels.copy.height - static_cast<GLint>(panels.popup.y);
+    copy_part(panels.copy.framebuffer, 0, left, top - static_cast<GLint>(panels.popup.h),
+              left + static_cast<GLint>(panels.popup.w), top);
 }
 
 } // namespace vimbo

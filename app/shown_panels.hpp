@@ -4,6 +4,7 @@
 
 #include "render/offscreen.hpp"
 #include "ui/frame_state.hpp"
+#include "ui/nuklear.hpp"
 
 #include <cstddef>
 
@@ -19,6 +20,8 @@ struct shown_panels {
     offscreen copy;
     char commands[shown_commands_capacity]; // that the copy was drawn by
     std::size_t command_bytes;
+    /// Where an open list or a tooltip lies in the window, origin top left.
+    struct nk_rect popup;
 };
 
 /// Forgets the copy: what the window held may be lost.
@@ -27,5 +30,8 @@ void forget_panels(shown_panels &panels);
 /// Ends the layout: has Nuklear draw the panels into the window, or where they
 /// are as they were, puts their copy there.
 void render_panels(const frame_state &frame, shown_panels &panels);
+
+/// Puts an open list or a tooltip once more over what was drawn since.
+void render_popup_again(const shown_panels &panels);
 
 } // namespace vimbo
