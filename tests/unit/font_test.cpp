@@ -261,14 +261,14 @@ TEST_F(FontFile, MayLackCharactersOfTheProgramsLabels)
     std::string without = whole;
     const table &cmap = table_of("cmap");
     const std::size_t last_record =
-        cmap.offset + 4 + 8 * (number_at(whole, cmap.offset + 2, 2) - 1);
+        cmap.offset + 4 + 8 * std::size_t{number_at(whole, cmap.offset + 2, 2) - 1};
     const std::size_t map = cmap.offset + number_at(whole, last_record + 4, 4);
     ASSERT_EQ(number_at(whole, map, 2), 12U) << "groups of first character, last, and first glyph";
     constexpr std::uint32_t greek = 0x0370;
-    std::uint32_t groups = 0;
+    std::size_t groups = 0;
     while (number_at(whole, map + 16 + 12 * groups, 4) < greek)
         ++groups;
-    put_number(without, map + 12, groups, 4);
+    put_number(without, map + 12, static_cast<std::uint32_t>(groups), 4);
     sum_up(without, cmap);
     ASSERT_TRUE(is_taken(without));
     bake(path.c_str());
