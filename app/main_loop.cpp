@@ -66,9 +66,11 @@ void show_frame(GLFWwindow *window, app_state &app)
     render_panels(app.frame, app.panels);
     if (has_flag(app.frame.frame_flags, frame_flag::reload_mosaic))
         load_mosaic(app.mosaic);
-    if (has_flag(app.frame.frame_flags, frame_flag::preview_laid_out))
+    if (has_flag(app.frame.frame_flags, frame_flag::preview_laid_out)) {
         draw_preview(app.frame, app.preview, {app.path_program, app.mosaic, app.tray_outline},
                      app.picture);
+        render_popup_again(app.panels);
+    }
     glfwSwapBuffers(window);
 }
 

@@ -20,14 +20,43 @@ void draw_panels()
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
 }
 
-// Upside down: the window's rows run from the top down in memory, the copy's from
-// the bottom up, and rows that keep their order are copied without any drawing.
-void copy_whole(GLuint from, GLuint to, GLsizei width, GLsizei height)
+// The window's rows run from the top down in memory, an offscreen picture's from
+// the bottom up: kept upside down, they are copied without any drawing.
+void copy_from_window(const offscreen &copy)
 {
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, from);
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, to);
-    glBlitFramebuffer(0, 0, width, height, 0, height, width, 0, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copy.framebuffer);
+    glBlitFramebuffer(0, 0, copy.width, copy.height, 0, copy.height, copy.width, 0,
+                      GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+}
+
+// A part of the window, its origin bottom left.
+void copy_to_window(const offscreen &copy, GLint left, GLint bottom, GLint right, GLint top)
+{
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, copy.framebuffer);
+    glBlitFramebuffer(left, copy.height - bottom, right, copy.height - top, left, bottom, right,
+                      top, GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+}
+
+// The popup's own bounds are as high as it may become; the frame around it is
+// as high as it is. Half of the frame's line lies outside of it.
+struct nk_rect popup_of(nk_context *context)
+{
+    struct nk_rect found = {};
+    const nk_window *window = context->begin;
+    if (window == nullptr || window->popup.win == nullptr)
+        return found;
+    const struct nk_rect &most = window->popup.win->bounds;
+    const nk_command *command = nullptr;
+    nk_foreach(command, context)
+    {
+        const auto *frame = reinterpret_cast<const nk_command_rect *>(command);
+        if (command->type == NK_COMMAND_RECT && frame->x == static_cast<int>(most.x) &&
+            frame->y == static_cast<int>(most.y) && frame->w == static_cast<unsigned int>(most.w))
+            found = nk_recti(frame->x - 1, frame->y - 1, frame->w + 2, frame->h + 2);
+    }
+    return found;
 }
 
 // True when this layout draws what the copy shows; if not, it is noted.
@@ -62,9 +91,10 @@ void render_panels(const frame_state &frame, shown_panels &panels)
     const GLsizei width = frame.window_width;
     const GLsizei height = frame.window_height;
     const bool first = panels.command_bytes == 0;
+    panels.popup = popup_of(frame.context);
     if (is_as_shown(frame, panels)) {
         nk_clear(frame.context);
-        copy_whole(panels.copy.framebuffer, 0, width, height);
+        copy_to_window(panels.copy, 0, 0, width, height);
         return;
     }
     draw_panels();
@@ -72,8 +102,18 @@ void render_panels(const frame_state &frame, shown_panels &panels)
     if (first || panels.command_bytes == 0 || !fit_offscreen(panels.copy, width, height))
         return;
     // Copied from the window rather than drawn once more, so that both are alike.
-    copy_whole(0, panels.copy.framebuffer, width, height);
+    copy_from_window(panels.copy);
     panels.copied = true;
+}
+
+void render_popup_again(const shown_panels &panels)
+{
+    if (!panels.copied || panels.popup.w == 0)
+        return;
+    const auto left = static_cast<GLint>(panels.popup.x);
+    const auto top = panels.copy.height - static_cast<GLint>(panels.popup.y);
+    copy_to_window(panels.copy, left, top - static_cast<GLint>(panels.popup.h),
+                   left + static_cast<GLint>(panels.popup.w), top);
 }
 
 } // namespace vimbo

@@ -4,6 +4,7 @@
 
 #include "render/offscreen.hpp"
 #include "ui/frame_state.hpp"
+#include "ui/nuklear.hpp"
 
 #include <cstddef>
 
@@ -20,6 +21,8 @@ struct shown_panels {
     std::size_t command_bytes;
     offscreen copy;
     bool copied; // the copy shows what these commands draw
+    /// Where an open list or a tooltip lies in the window, origin top left.
+    struct nk_rect popup;
 };
 
 /// Forgets the copy: what the window held may be lost.
@@ -28,5 +31,8 @@ void forget_panels(shown_panels &panels);
 /// Ends the layout: has Nuklear draw the panels into the window, or where they
 /// are as they were, puts their copy there.
 void render_panels(const frame_state &frame, shown_panels &panels);
+
+/// Puts an open list or a tooltip once more over what was drawn since.
+void render_popup_again(const shown_panels &panels);
 
 } // namespace vimbo

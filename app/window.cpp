@@ -53,9 +53,7 @@ GLFWwindow *create_window(frame_state &frame)
     glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
     glViewport(0, 0, frame.window_width, frame.window_height);
     glewExperimental = GL_TRUE;
-    const GLenum glew = glewInit();
-    // Under Wayland this GLEW misses an X display, though it has all functions.
-    if (glew != GLEW_OK && !(glew == GLEW_ERROR_NO_GLX_DISPLAY && glGenVertexArrays != nullptr)) {
+    if (!has_gl_functions(glewInit())) {
         std::fputs("Failed to setup GLEW\n", stderr);
         return nullptr;
     }
@@ -97,6 +95,13 @@ GLFWwindow *open_window(app_state &app)
     app.path_program = build_path_program();
     app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
     return window;
+}
+
+bool has_gl_functions(unsigned int glew_answer)
+{
+    // Under Wayland GLEW misses an X display, though it has found all functions.
+    return glew_answer == GLEW_OK ||
+           (glew_answer == GLEW_ERROR_NO_GLX_DISPLAY && glGenVertexArrays != nullptr);
 }
 
 void close_window()

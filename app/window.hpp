@@ -13,6 +13,9 @@ namespace vimbo
 /// told in one line on standard error.
 GLFWwindow *open_window(app_state &app);
 
+/// True when GL can be used after glewInit has answered so.
+bool has_gl_functions(unsigned int glew_answer);
+
 /// Shuts Nuklear and GLFW down.
 void close_window();
 

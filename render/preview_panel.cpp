@@ -72,8 +72,11 @@ void preview_panel(frame_state &frame, preview_state &preview)
     nk_layout_row_dynamic(context, picture_height, 1);
     nk_widget(&preview.rectangle, context);
     frame.frame_flags |= frame_flag::preview_laid_out;
+    // An open list takes the mouse, also where it lies over the picture.
+    const bool read_only = (context->current->layout->flags & NK_WINDOW_ROM) != 0;
     if (nk_window_is_hovered(context) != 0) {
-        follow_mouse(frame, preview);
+        if (!read_only)
+            follow_mouse(frame, preview);
         replay_bar(frame, preview);
     }
     nk_group_end(context);

@@ -1,6 +1,7 @@
 #include "sources/source_editor.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace vimbo
@@ -110,6 +111,7 @@ void focus_when_clicked(nk_context *context, const struct nk_rect &bounds)
 struct text_view {
     float row_height;
     int rows; // that are seen whole, at least one
+    float width;
 };
 
 text_view view_of(const nk_context *context, const struct nk_rect &bounds)
@@ -117,7 +119,9 @@ text_view view_of(const nk_context *context, const struct nk_rect &bounds)
     const nk_style_edit &style = context->style.edit;
     const float row_height = context->style.font->height + style.row_padding;
     const float height = bounds.h - 2 * (style.padding.y + style.border);
-    return {row_height, std::max(1, static_cast<int>(height / row_height))};
+    const float width = bounds.w - 2 * (style.padding.x + style.border) - style.scrollbar_size.x -
+                        style.cursor_size;
+    return {row_height, std::max(1, static_cast<int>(height / row_height)), width};
 }
 
 // Byte at which character number `index` of the text begins.
@@ -167,14 +171,25 @@ void move_by_page(nk_context *context, nk_text_edit &edit, std::string_view text
     edit.has_preferred_x = 0;
 }
 
-// The toolkit follows the cursor by one row a frame, however far it went.
-void show_cursor(nk_text_edit &edit, std::string_view text, const text_view &view)
+// The toolkit follows the cursor by one row and a quarter of the width, however
+// far it went.
+void show_cursor(nk_text_edit &edit, std::string_view text, const text_view &view,
+                 const nk_user_font &font)
 {
     const std::string_view above = text.substr(0, byte_at(text, edit.cursor));
     const auto row = static_cast<float>(std::ranges::count(above, '\n'));
     const float last = row - static_cast<float>(view.rows) + 1;
     edit.scrollbar.y =
         std::clamp(edit.scrollbar.y, std::max(0.0F, last * view.row_height), row * view.row_height);
+
+    const std::string_view before = above.substr(line_start(text, above.size(), 0));
+    const float x =
+        font.width(font.userdata, font.height, before.data(), static_cast<int>(before.size()));
+    const float ahead = view.width / 4;
+    if (x < edit.scrollbar.x)
+        edit.scrollbar.x = std::max(0.0F, std::floor(x - ahead));
+    if (x >= edit.scrollbar.x + view.width)
+        edit.scrollbar.x = std::max(0.0F, std::floor(x + ahead - view.width));
 }
 
 } // namespace
@@ -211,7 +226,7 @@ void source_editor(frame_state &frame, source_editor_state &editor)
     nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);
     note_edit(editor);
     if (edit.cursor != cursor_before)
-        show_cursor(edit, text_of(editor), view);
+        show_cursor(edit, text_of(editor), view, *context->style.font);
     cover_end(editor);
 }
 

@@ -105,8 +105,9 @@ void vertical_scale(nk_context *context)
     nk_group_end(context);
 }
 
-// Nuklear keeps positions in 16 bits: a value that far off the chart is drawn a
-// little nearer, just as far out of sight, and one that is no number at zero.
+// Nuklear keeps positions as whole numbers: a value that far off the chart is
+// drawn a little nearer, just as far out of sight, and one that is no number at
+// zero.
 float drawable(float value)
 {
     constexpr float far_off = 64;

@@ -1,5 +1,6 @@
 #include "ui/clipboard.hpp"
 
+#include "platform/desktop_clipboard.hpp"
 #include "ui/nuklear_backend.hpp"
 
 #include <algorithm>
@@ -13,6 +14,9 @@ namespace
 {
 
 constexpr std::size_t clipboard_capacity = 65536 + 1;
+
+// What was copied last, until another program's text is read.
+char clipboard_text[clipboard_capacity];
 
 // Bytes that `characters` characters of the text take, at most `available`.
 int bytes_of(const char *text, int characters, int available)
@@ -29,21 +33,36 @@ int bytes_of(const char *text, int characters, int available)
     return bytes;
 }
 
+bool is_on_x()
+{
+#ifdef GLFW_PLATFORM_X11
+    return glfwGetPlatform() == GLFW_PLATFORM_X11;
+#else
+    return std::strstr(glfwGetVersionString(), "X11") != nullptr;
+#endif
+}
+
 void copy_to_clipboard(nk_handle window, const char *text, int characters)
 {
-    static char copied[clipboard_capacity];
     if (text == nullptr || characters <= 0)
         return;
-    const auto most = static_cast<int>(sizeof copied) - 1;
+    const auto most = static_cast<int>(sizeof clipboard_text) - 1;
     const auto available = static_cast<int>(strnlen(text, static_cast<std::size_t>(most)));
     const auto length = static_cast<std::size_t>(bytes_of(text, characters, available));
-    std::memcpy(copied, text, length);
-    copied[length] = '\0';
-    glfwSetClipboardString(static_cast<GLFWwindow *>(window.ptr), copied);
+    std::memcpy(clipboard_text, text, length);
+    clipboard_text[length] = '\0';
+    glfwSetClipboardString(static_cast<GLFWwindow *>(window.ptr), clipboard_text);
+    if (is_on_x())
+        note_own_clipboard();
 }
 
 void paste_from_clipboard(nk_handle window, nk_text_edit *edit)
 {
+    if (is_on_x()) {
+        if (read_clipboard(clipboard_text) != clipboard_answer::nothing)
+            paste_text(*edit, clipboard_text);
+        return;
+    }
     const char *text = glfwGetClipboardString(static_cast<GLFWwindow *>(window.ptr));
     if (text != nullptr)
         paste_text(*edit, text);

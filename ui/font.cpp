@@ -2,9 +2,7 @@
 
 #include "platform/files.hpp"
 #include "ui/fixed_text.hpp"
-
-#include <cstdio>
-#include <cstring>
+#include "ui/font_file.hpp"
 
 namespace vimbo
 {
@@ -30,31 +28,15 @@ constexpr nk_rune glyph_ranges[] = {
     0,
 };
 
-// What TrueType and OpenType files begin with. Nuklear trusts what it is given.
-bool looks_like_a_font(const char *path)
-{
-    std::uint64_t size = 0;
-    FILE *file = open_regular_file(path, size);
-    if (file == nullptr)
-        return false;
-    char tag[4] = {};
-    const bool read = std::fread(tag, sizeof tag, 1, file) == 1;
-    std::fclose(file);
-    constexpr char true_type[] = {'\0', '\1', '\0', '\0'};
-    return read &&
-           (std::memcmp(tag, true_type, sizeof tag) == 0 ||
-            std::memcmp(tag, "true", sizeof tag) == 0 || std::memcmp(tag, "OTTO", sizeof tag) == 0);
-}
-
 } // namespace
 
 bool find_font_file(std::span<char> path)
 {
-    if (set_text(path, font_path) && looks_like_a_font(path.data()))
+    if (set_text(path, font_path) && is_whole_font(path.data()))
         return true;
     char directory[directory_capacity];
     if (executable_directory(directory) && format_text(path, "%s/%s", directory, font_path) &&
-        looks_like_a_font(path.data()))
+        is_whole_font(path.data()))
         return true;
     clear_text(path);
     return false;
@@ -62,7 +44,7 @@ bool find_font_file(std::span<char> path)
 
 struct nk_font *add_font(nk_font_atlas *atlas, const char *path)
 {
-    if (!looks_like_a_font(path))
+    if (!is_whole_font(path))
         return nullptr;
     struct nk_font_config config = nk_font_config(configured_height);
     config.range = glyph_ranges;

@@ -13,7 +13,7 @@ namespace vimbo
 inline constexpr char font_path[] = "../share/pellor/common/fonts/iosevka-regular.ttf";
 
 /// Finds the font file. False, with an empty path, when it is nowhere, or what
-/// is there is no font.
+/// is there is no font, or a damaged one.
 bool find_font_file(std::span<char> path);
 
 /// Adds the font file to the atlas, between its begin and its end. Null when the

@@ -220,8 +220,24 @@ void on_character(GLFWwindow *window, unsigned int code_point)
 
 void on_motion(GLFWwindow *window, double x, double y)
 {
-    queue_input(queue_of(window), {input_kind::motion, false, false, 0, static_cast<float>(x),
-                                   static_cast<float>(y)});
+    input_queue &queue = queue_of(window);
+    queue.pointer_x = static_cast<float>(x);
+    queue.pointer_y = static_cast<float>(y);
+    queue_input(queue, {input_kind::motion, false, false, 0, queue.pointer_x, queue.pointer_y});
+}
+
+void note_pointer(GLFWwindow *window)
+{
+    double x = 0;
+    double y = 0;
+    glfwGetCursorPos(window, &x, &y);
+    on_motion(window, x, y);
+}
+
+// The pointer has then another place in the window without having moved.
+void on_window_moved(GLFWwindow *window, int /*x*/, int /*y*/)
+{
+    note_pointer(window);
 }
 
 void on_button(GLFWwindow *window, int button, int action, int /*modifiers*/)
@@ -233,11 +249,11 @@ void on_button(GLFWwindow *window, int button, int action, int /*modifiers*/)
         code = NK_BUTTON_RIGHT;
     else if (button != GLFW_MOUSE_BUTTON_LEFT)
         return;
-    double x = 0;
-    double y = 0;
-    glfwGetCursorPos(window, &x, &y);
-    queue_input(queue_of(window), {input_kind::button, action == GLFW_PRESS, false, code,
-                                   static_cast<float>(x), static_cast<float>(y)});
+    // Not where GLFW finds the pointer: that is where it is now, however long ago
+    // the button was pressed.
+    input_queue &queue = queue_of(window);
+    queue_input(queue, {input_kind::button, action == GLFW_PRESS, false, code, queue.pointer_x,
+                        queue.pointer_y});
 }
 
 void on_scroll(GLFWwindow *window, double x, double y)
@@ -300,11 +316,9 @@ void watch_input(GLFWwindow *window, nk_context *context, input_queue &queue)
     glfwSetMouseButtonCallback(window, on_button);
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
+    glfwSetWindowPosCallback(window, on_window_moved);
     use_clipboard(window, context);
-    double x = 0;
-    double y = 0;
-    glfwGetCursorPos(window, &x, &y);
-    on_motion(window, x, y);
+    note_pointer(window);
 }
 
 void begin_backend_frame(nk_context *context)

@@ -32,7 +32,8 @@ struct input_queue {
     input_event events[input_capacity];
     std::size_t first;
     std::size_t count;
-    bool exposed; // a part of the window that was covered is seen again
+    float pointer_x, pointer_y; // as the last motion left it
+    bool exposed;               // a part of the window that was covered is seen again
 };
 
 /// Appends an event; a motion replaces a motion that waits right before it.

@@ -2,8 +2,12 @@
 // this one: the options change its records, so they must be the same everywhere.
 #pragma once
 
-#include <cassert>
-#include <cstdint>
+// All that nuklear.h includes, for the sake of what follows below.
+#include <assert.h>
+#include <stdarg.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
 
 // clang-format off
 #define NK_INCLUDE_FIXED_TYPES
@@ -25,6 +29,18 @@
 // fields. It is kept small, as noting a deletion costs its length times the
 // text's.
 #define NK_TEXTEDIT_UNDOCHARCOUNT 64
-// clang-format on
 
+// Nuklear's drawing commands hold coordinates as short, and a line of the source
+// may be wider than that counts. Where 16 bits are meant, as in font files, it
+// says nk_short, which is int16_t.
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define short int
 #include <nuklear.h>
+#undef short
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
+// clang-format on

@@ -87,6 +87,20 @@ TEST_F(PreviewPanel, ZoomsByTwoForEachNotchWithThePanAboutTheCentre)
     EXPECT_EQ(preview().pan_y, -0.125F);
 }
 
+TEST_F(PreviewPanel, LeavesTheMouseToAListThatLiesOverIt)
+{
+    desk.click("--");
+    desk.frame();
+    const point at = middle();
+    desk.press(at, NK_BUTTON_RIGHT);
+    desk.frame();
+    desk.release(at, NK_BUTTON_RIGHT);
+    desk.scroll(1);
+    desk.frame();
+    EXPECT_EQ(preview().replay_position, vimbo::replay_end);
+    EXPECT_EQ(preview().zoom, 1.0F);
+}
+
 TEST_F(PreviewPanel, PansWithTheLeftButtonHeld)
 {
     point at = middle();

@@ -1,6 +1,7 @@
 // Which mosaic is shown, when it is read again, and how the picture is moved.
 #include "tests/program/desk.hpp"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -76,6 +77,54 @@ TEST_F(Mosaic, ComesFromTheChosenTray)
     EXPECT_TRUE(shows(mark_colour, 400));
     hand->choose("other", "tray");
     EXPECT_TRUE(shows_none(mark_colour));
+    expect_good_end();
+}
+
+int differing_pixels(const image &one, const image &other, const struct nk_rect &area)
+{
+    int found = 0;
+    for (int y = static_cast<int>(area.y); y < static_cast<int>(area.y + area.h); ++y)
+        for (int x = static_cast<int>(area.x); x < static_cast<int>(area.x + area.w); ++x)
+            found += one.at(x, y) == other.at(x, y) ? 0 : 1;
+    return found;
+}
+
+struct nk_rect shared_part(const struct nk_rect &one, const struct nk_rect &other)
+{
+    const float left = std::max(one.x, other.x);
+    const float top = std::max(one.y, other.y);
+    return {left, top, std::min(one.x + one.w, other.x + other.w) - left,
+            std::min(one.y + one.h, other.y + other.h) - top};
+}
+
+TEST_F(Mosaic, LiesBelowAnOpenList)
+{
+    write_file(mosaic(0), square_mosaic(40));
+    // More than the list shows at a time.
+    for (int i = 10; i < 50; ++i)
+        std::filesystem::create_directories(place.file("tray" + std::to_string(i)));
+    start({.preview = true});
+    ASSERT_TRUE(shows(mark_colour, 400));
+    const image before = screen->screenshot();
+    hand->toggle("tray");
+    const struct nk_rect picture = hand->picture();
+    struct nk_rect list = hand->panels().app().frame.context->begin->popup.win->bounds;
+    // The line around it lies half outside; a list of items is a pixel lower.
+    list = {std::floor(list.x) - 1, std::floor(list.y) - 1, std::floor(list.w) + 2, list.h + 1};
+    ASSERT_GT(list.y + list.h, picture.y + 100) << "the list reaches into the picture";
+    ASSERT_LT(list.x, picture.x + picture.w);
+    screen->settle();
+    const image open = screen->screenshot();
+    const struct nk_rect shared = shared_part(picture, list);
+    const int covered = static_cast<int>(shared.w) * static_cast<int>(shared.h);
+    EXPECT_EQ(differing_pixels(before, open, shared), covered) << "the list is seen through";
+    EXPECT_EQ(differing_pixels(before, open, picture), covered) << "the picture beside it changed";
+    // Closed again, with nothing chosen.
+    hand->toggle("tray");
+    EXPECT_TRUE(wait_until([&] {
+        return count_in_picture(picture_background) > 0 &&
+               screen->screenshot().pixels == before.pixels;
+    }));
     expect_good_end();
 }
 

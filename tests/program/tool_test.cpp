@@ -1,6 +1,8 @@
 // The evaluator and the statistics tool, as the operator starts them.
 #include "tests/program/desk.hpp"
 
+#include <signal.h>
+
 #include <thread>
 
 namespace
@@ -28,6 +30,39 @@ TEST_F(Evaluator, IsAskedToEvaluateOrWithRawForItsRawOutput)
     hand->press("Raw");
     hand->press("Evaluate");
     EXPECT_EQ(awaited_arguments("mero"), "-S\n-r\n/tmp//vimbo\n");
+    expect_good_end();
+}
+
+TEST_F(Evaluator, SeesClicksWhereTheyWereMadeHoweverLate)
+{
+    tools.put("mero", "exit 0");
+    start({.bottom = true});
+    kill(vimbo->id(), SIGSTOP);
+    for (const char *label : {"Raw", "Evaluate"}) {
+        screen->move(hand->place_of(label));
+        screen->press();
+        screen->release();
+    }
+    screen->move({2, 2});
+    kill(vimbo->id(), SIGCONT);
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n-r\n/tmp//vimbo\n");
+    expect_good_end();
+}
+
+TEST_F(Evaluator, SeesAClickWhereTheWindowCameToThePointer)
+{
+    tools.put("mero", "exit 0");
+    start({.bottom = true});
+    const point button = hand->place_of("Evaluate");
+    screen->move({button.x + 60, button.y + 40});
+    screen->settle();
+    screen->move_window(window, {60, 40});
+    screen->settle();
+    screen->press();
+    screen->settle();
+    screen->release();
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
+    screen->move_window(window, {0, 0});
     expect_good_end();
 }
 

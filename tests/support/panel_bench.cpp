@@ -80,13 +80,13 @@ void panel_bench::collect_drawing()
     {
         if (command->type == NK_COMMAND_RECT_FILLED) {
             const auto *box = reinterpret_cast<const nk_command_rect_filled *>(command);
-            filled.push_back({nk_rect(box->x, box->y, box->w, box->h), box->color});
+            filled.push_back({nk_recti(box->x, box->y, box->w, box->h), box->color});
         }
         if (command->type != NK_COMMAND_TEXT)
             continue;
         const auto *text = reinterpret_cast<const nk_command_text *>(command);
         drawn.push_back({std::string(text->string, static_cast<std::size_t>(text->length)),
-                         nk_rect(text->x, text->y, text->w, text->h)});
+                         nk_recti(text->x, text->y, text->w, text->h)});
     }
 }
 

@@ -166,6 +166,12 @@ void x_server::resize_window(unsigned long window, int width, int height) const
     XSync(display, False);
 }
 
+void x_server::move_window(unsigned long window, point to) const
+{
+    XMoveWindow(display, window, to.x, to.y);
+    XSync(display, False);
+}
+
 void x_server::attend(unsigned long window)
 {
     // The answer to a ping comes by way of the root window.

@@ -62,6 +62,7 @@ public:
     /// Asks the window to close, as its close button does.
     void close_window(unsigned long window) const;
     void resize_window(unsigned long window, int width, int height) const;
+    void move_window(unsigned long window, point to) const;
 
     /// Takes the window for the one that all input is for: from now on every
     /// event is followed by frames in which it was seen, however slow they are.

@@ -2,9 +2,14 @@
 
 #include "tests/support/scratch.hpp"
 
+#include "ui/font_file.hpp"
+
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <random>
 #include <string_view>
+#include <vector>
 
 namespace
 {
@@ -83,6 +88,218 @@ TEST_F(Font, IsNoneOfAFileThatIsNone)
     bench::write_file(place.file("empty"), "");
     for (const char *name : {"text", "short", "empty", "missing"})
         EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str()), nullptr) << name;
+}
+
+std::uint32_t number_at(std::string_view bytes, std::size_t at, int size)
+{
+    std::uint32_t number = 0;
+    for (int i = 0; i < size; ++i)
+        number = number << 8 | static_cast<unsigned char>(bytes[at + static_cast<std::size_t>(i)]);
+    return number;
+}
+
+void put_number(std::string &bytes, std::size_t at, std::uint32_t number, int size)
+{
+    for (int i = size - 1; i >= 0; --i, number >>= 8)
+        bytes[at + static_cast<std::size_t>(i)] = static_cast<char>(number);
+}
+
+// A copy of the program's font, to be damaged.
+class FontFile : public Font
+{
+protected:
+    struct table {
+        std::string tag;
+        std::size_t record, offset, length;
+    };
+
+    FontFile() : whole(bench::read_file(VIMBO_FONT))
+    {
+        for (std::size_t record = 12; record < 12 + 16 * number_at(whole, 4, 2); record += 16)
+            tables.push_back({whole.substr(record, 4), record, number_at(whole, record + 8, 4),
+                              number_at(whole, record + 12, 4)});
+    }
+
+    const table &table_of(std::string_view tag) const
+    {
+        for (const table &each : tables)
+            if (each.tag == tag)
+                return each;
+        throw std::runtime_error("the font has no table " + std::string(tag));
+    }
+
+    bool is_taken(const std::string &bytes) const
+    {
+        bench::write_file(path, bytes);
+        return vimbo::is_whole_font(path.c_str());
+    }
+
+    // Puts the table's sum right again.
+    void sum_up(std::string &bytes, const table &of) const
+    {
+        std::string body = bytes.substr(of.offset, of.length);
+        body.resize((of.length + 3) / 4 * 4);
+        if (of.tag == "head")
+            body.replace(8, 4, 4, '\0');
+        std::uint32_t sum = 0;
+        for (std::size_t at = 0; at < body.size(); at += 4)
+            sum += number_at(body, at, 4);
+        put_number(bytes, of.record + 4, sum, 4);
+    }
+
+    static constexpr std::string_view read_tables[] = {"cmap", "glyf", "head", "hhea",
+                                                       "hmtx", "loca", "maxp"};
+    const bench::scratch_directory place;
+    const std::string path = place.file("font");
+    const std::string whole;
+    std::vector<table> tables;
+};
+
+TEST_F(FontFile, IsTakenAsItIs)
+{
+    EXPECT_TRUE(vimbo::is_whole_font(VIMBO_FONT));
+}
+
+TEST_F(FontFile, IsNotTakenWhenItIsCutAnywhere)
+{
+    for (const std::size_t length : {0UL, 3UL, 4UL, 11UL, 12UL, 27UL, 28UL, 200UL, 1000UL,
+                                     whole.size() / 3, whole.size() / 2, whole.size() - 1000})
+        EXPECT_FALSE(is_taken(whole.substr(0, length))) << length;
+    for (const table &each : tables)
+        for (const std::size_t length : {each.offset, each.offset + each.length - 1})
+            EXPECT_FALSE(is_taken(whole.substr(0, length))) << each.tag << ' ' << length;
+}
+
+TEST_F(FontFile, IsNotTakenWithAByteChangedInWhatIsReadOfIt)
+{
+    for (const std::string_view tag : read_tables)
+        for (const std::size_t place_in :
+             {0UL, table_of(tag).length / 2, table_of(tag).length - 1}) {
+            std::string damaged = whole;
+            damaged[table_of(tag).offset + place_in] ^= 0x10;
+            EXPECT_FALSE(is_taken(damaged)) << tag << " at " << place_in;
+        }
+}
+
+TEST_F(FontFile, MayHaveOtherTablesThatAreDamaged)
+{
+    std::string damaged = whole;
+    for (const char *tag : {"GPOS", "GSUB", "name", "post"})
+        damaged[table_of(tag).offset + 20] ^= 0x10;
+    ASSERT_TRUE(is_taken(damaged));
+    bake(path.c_str());
+    EXPECT_EQ(glyph('A').codepoint, nk_rune{'A'});
+}
+
+TEST_F(FontFile, MayCarryAnyAdjustmentOfItsSum)
+{
+    std::string other = whole;
+    put_number(other, table_of("head").offset + 8, 0x12345678, 4);
+    EXPECT_TRUE(is_taken(other));
+}
+
+TEST_F(FontFile, IsNotTakenWithATableBeyondItsEnd)
+{
+    for (const table &each : tables)
+        for (const int at : {8, 12})
+            for (const std::uint32_t number :
+                 {0xFFFFFFFFU, static_cast<std::uint32_t>(whole.size() + 1)}) {
+                std::string damaged = whole;
+                put_number(damaged, each.record + static_cast<std::size_t>(at), number, 4);
+                EXPECT_FALSE(is_taken(damaged)) << each.tag << ' ' << number;
+            }
+}
+
+TEST_F(FontFile, IsNotTakenWithMoreTablesThanItHolds)
+{
+    std::string damaged = whole;
+    put_number(damaged, 4, 65535, 2);
+    EXPECT_FALSE(is_taken(damaged));
+    put_number(damaged, 4, 0, 2);
+    EXPECT_FALSE(is_taken(damaged));
+}
+
+TEST_F(FontFile, IsNotTakenWithoutATableThatIsRead)
+{
+    for (const std::string_view tag : read_tables) {
+        std::string damaged = whole;
+        damaged[table_of(tag).record] = 'X';
+        EXPECT_FALSE(is_taken(damaged)) << tag;
+    }
+}
+
+// Outlines of the other kind lie in a table of their own.
+TEST_F(FontFile, IsNotTakenWithOutlinesThatCannotBeBaked)
+{
+    std::string other = whole;
+    other.replace(0, 4, "OTTO");
+    EXPECT_FALSE(is_taken(other));
+    other = whole;
+    other.replace(table_of("glyf").record, 4, "CFF ");
+    EXPECT_FALSE(is_taken(other));
+}
+
+TEST_F(FontFile, IsNotTakenWithoutAMapOfUnicodeThatIsKnown)
+{
+    const table &cmap = table_of("cmap");
+    const std::size_t maps = number_at(whole, cmap.offset + 2, 2);
+    std::string symbols = whole;
+    std::string unknown = whole;
+    for (std::size_t i = 0; i < maps; ++i) {
+        const std::size_t record = cmap.offset + 4 + 8 * i;
+        put_number(symbols, record, 0x00030000, 4);
+        put_number(unknown, cmap.offset + number_at(whole, record + 4, 4), 2, 2);
+    }
+    for (std::string *changed : {&symbols, &unknown}) {
+        sum_up(*changed, cmap);
+        EXPECT_FALSE(is_taken(*changed));
+    }
+}
+
+TEST_F(FontFile, MayLackCharactersOfTheProgramsLabels)
+{
+    std::string without = whole;
+    const table &cmap = table_of("cmap");
+    const std::size_t last_record =
+        cmap.offset + 4 + 8 * std::size_t{number_at(whole, cmap.offset + 2, 2) - 1};
+    const std::size_t map = cmap.offset + number_at(whole, last_record + 4, 4);
+    ASSERT_EQ(number_at(whole, map, 2), 12U) << "groups of first character, last, and first glyph";
+    constexpr std::uint32_t greek = 0x0370;
+    std::size_t groups = 0;
+    while (number_at(whole, map + 16 + 12 * groups, 4) < greek)
+        ++groups;
+    put_number(without, map + 12, static_cast<std::uint32_t>(groups), 4);
+    sum_up(without, cmap);
+    ASSERT_TRUE(is_taken(without));
+    bake(path.c_str());
+    const nk_font_glyph &missing = glyph(U'\u2211');
+    EXPECT_EQ(glyph(U'Ψ').w, missing.w) << "as any character that is missing";
+    EXPECT_EQ(glyph('A').codepoint, nk_rune{'A'});
+    EXPECT_GT(glyph('A').w, 0);
+}
+
+TEST_F(FontFile, IsBakedWhereverItIsTakenWithBytesChangedAtRandom)
+{
+    std::mt19937 random(20240607);
+    const std::size_t directory = 12 + 16 * tables.size();
+    int taken = 0;
+    constexpr int rounds = 60;
+    for (int round = 0; round < rounds; ++round) {
+        std::string damaged = whole;
+        // In turn in the directory, where a little does much, and anywhere.
+        const std::size_t reach = round % 2 == 0 ? directory : whole.size();
+        damaged[random() % reach] = static_cast<char>(random());
+        if (!is_taken(damaged))
+            continue;
+        ++taken;
+        nk_font_atlas_clear(&atlas);
+        nk_font_atlas_init_default(&atlas);
+        nk_font_atlas_begin(&atlas);
+        bake(path.c_str());
+        EXPECT_EQ(glyph('A').codepoint, nk_rune{'A'});
+    }
+    EXPECT_GT(taken, 0);
+    EXPECT_LT(taken, rounds);
 }
 
 } // namespace

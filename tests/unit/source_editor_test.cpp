@@ -4,21 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <string>
 
 namespace
 {
 
 using namespace bench;
-
-// So many bytes in lines, as Nuklear measures a line's width in 16 bits.
-std::string lines_of(std::size_t size)
-{
-    std::string text;
-    for (std::size_t i = 0; i < size; ++i)
-        text += i % 64 == 63 ? '\n' : 'x';
-    return text;
-}
 
 class SourceEditor : public testing::Test
 {
@@ -80,8 +73,8 @@ TEST_F(SourceEditor, TakesASourceWithItsLineFeedsBeforeItWasEverClicked)
 TEST_F(SourceEditor, HoldsASourceOfExactlyItsCapacity)
 {
     for (const std::size_t size : {65535U, 65536U, 65537U}) {
-        load(lines_of(size));
-        EXPECT_TRUE(saved() == lines_of(std::min<std::size_t>(size, 65536)));
+        load(std::string(size, 'x'));
+        EXPECT_TRUE(saved() == std::string(std::min<std::size_t>(size, 65536), 'x'));
     }
 }
 
@@ -117,7 +110,7 @@ TEST_F(SourceEditor, GoesOnWithAWholeTextAfterTheCut)
 
 TEST_F(SourceEditor, UndoesADeletionOfEverything)
 {
-    const std::string source = lines_of(60000);
+    const std::string source(60000, 'x');
     load(source);
     click_into();
     press(NK_KEY_TEXT_SELECT_ALL);
@@ -169,6 +162,26 @@ TEST_F(SourceEditor, KeepsItsPlaceWhenItIsClickedAgain)
     EXPECT_GT(editor().source_edit.cursor, 0);
 }
 
+TEST_F(SourceEditor, ShowsTheCursorAtOnceHoweverLongTheLine)
+{
+    constexpr float glyph_width = 8;
+    for (const std::size_t length : {1000, 60000}) {
+        load(std::string(length, 'x'));
+        click_into();
+        press(NK_KEY_TEXT_END);
+        const float width = static_cast<float>(length) * glyph_width;
+        const float toggle = static_cast<float>(bench.find("|")->x);
+        const auto line = std::ranges::find_if(
+            bench.texts(), [&](const drawn_text &text) { return text.bounds.w == width; });
+        ASSERT_NE(line, bench.texts().end()) << "the line's width is cut";
+        const float end = line->bounds.x + width;
+        EXPECT_LT(end, toggle) << length;
+        EXPECT_GT(end, toggle / 2) << length;
+        press(NK_KEY_TEXT_START);
+        EXPECT_EQ(editor().source_edit.scrollbar.x, 0);
+    }
+}
+
 TEST_F(SourceEditor, MovesByPages)
 {
     std::string lines;
@@ -198,7 +211,7 @@ TEST_F(SourceEditor, PastesCharactersOfSeveralBytesWhole)
 
 TEST_F(SourceEditor, PastesWhatFits)
 {
-    load(lines_of(65530));
+    load(std::string(65530, 'x'));
     click_into();
     bench.clipboard = "µµµµµµ";
     press(NK_KEY_PASTE);

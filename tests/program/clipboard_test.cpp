@@ -1,0 +1,165 @@
+// What other programs have in the desktop's clipboard, and how it gets into the
+// editor.
+#include "tests/program/desk.hpp"
+#include "tests/support/clipboard_owner.hpp"
+
+namespace
+{
+
+using namespace bench;
+
+// So many bytes, in lines that differ.
+std::string numbered_lines(std::size_t bytes)
+{
+    std::string text;
+    for (int line = 0; text.size() < bytes; ++line)
+        text += std::to_string(line) + " of many lines\n";
+    text.resize(bytes);
+    return text;
+}
+
+class Clipboard : public ProgramTest
+{
+protected:
+    // Starts the program and pastes behind the source's own text, "here: ".
+    void start_and_paste()
+    {
+        write_file(source("a.txt"), "here: ");
+        start({.bottom = true});
+        hand->choose("--", "a.txt");
+        screen->click(hand->editor());
+        screen->key("End");
+        paste();
+    }
+
+    // Throws when the window hangs.
+    void paste()
+    {
+        screen->key("ctrl+v");
+    }
+
+    void put(const clipboard_owner::manner &how)
+    {
+        owner.reset();
+        owner.emplace(screen->name(), how);
+    }
+
+    std::optional<clipboard_owner> owner;
+};
+
+TEST_F(Clipboard, ThatIsEmptyPastesNothingAndIsNoError)
+{
+    start_and_paste();
+    EXPECT_EQ(evaluated_text(), "here: ");
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesAnotherProgramsText)
+{
+    start_and_paste();
+    put({.text = "first\n\tsecond"});
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: first\n\tsecond");
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesCharactersOfSeveralBytes)
+{
+    start_and_paste();
+    put({.text = "µm – 12345"});
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: µm – 12") << "three bytes are cut at the end";
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesLatin1WhereThereIsNoUtf8)
+{
+    start_and_paste();
+    put({.text = "10 \xB5m, \xFC"
+                 "ber",
+         .kind = "STRING"});
+    paste();
+    screen->type(U"..");
+    EXPECT_EQ(evaluated_text(), "here: 10 µm, über") << "two bytes are cut at the end";
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesALargeTextWholeOrInPieces)
+{
+    const std::string large = numbered_lines(60000);
+    start_and_paste();
+    put({.text = large});
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: " + large);
+    screen->click(hand->editor());
+    screen->key("ctrl+a");
+    put({.text = large, .piece = 4000});
+    paste();
+    EXPECT_EQ(evaluated_text(), large);
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesOfAHugeTextWhatFits)
+{
+    const std::string huge = numbered_lines(300000);
+    for (const std::size_t piece : {0, 50000}) {
+        start_and_paste();
+        put({.text = huge, .piece = piece});
+        paste();
+        // An insertion leaves the last byte free.
+        EXPECT_EQ(evaluated_text(), ("here: " + huge).substr(0, 65535)) << piece;
+        expect_good_end();
+        owner.reset();
+    }
+}
+
+TEST_F(Clipboard, PastesNothingOfAPicture)
+{
+    start_and_paste();
+    put({.text = "\x89PNG", .kind = "image/png"});
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: ");
+    EXPECT_EQ(owner->requests(), 2) << "for both kinds of text";
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangs)
+{
+    start_and_paste();
+    put({.text = "never seen", .silent = true});
+    paste();
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: ");
+    EXPECT_GE(owner->requests(), 2) << "and more while the key is down";
+    put({.text = "seen"});
+    screen->click(hand->editor());
+    screen->key("End");
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: seen");
+    expect_good_end();
+}
+
+TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangsHalfWay)
+{
+    start_and_paste();
+    put({.text = "the whole text", .piece = 4, .pieces = 2});
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: ");
+    EXPECT_GE(owner->requests(), 1);
+    expect_good_end();
+}
+
+TEST_F(Clipboard, GivesTheProgramsOwnTextAgainAfterAnother)
+{
+    start_and_paste();
+    put({.text = "other"});
+    paste();
+    screen->key("ctrl+a");
+    screen->key("ctrl+c");
+    screen->key("End");
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: otherhere: other");
+    expect_good_end();
+}
+
+} // namespace
