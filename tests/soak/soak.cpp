@@ -269,8 +269,8 @@ int main(int argument_count, char *arguments[])
     const int divisor = std::max(1, std::atoi(arguments[2]));
     try {
         soak_panels(all_panel_runs / divisor);
-        soak(arguments[1], all_runs / divisor);
         be_silent(arguments[1], all_seconds / divisor);
+        soak(arguments[1], all_runs / divisor);
         play(arguments[1], all_actions / divisor);
         return 0;
     } catch (const std::exception &fault) {
