@@ -183,20 +183,13 @@ class TemporaryFile : public FaultDesk
 protected:
     TemporaryFile()
     {
-        remove_it();
-        std::filesystem::remove("/tmp/mero.end");
         write_script(tools.file("mero"), "[ -f /tmp/vimbo ] && cat /tmp/vimbo\nexit 3\n");
     }
 
     ~TemporaryFile() override
     {
-        remove_it();
-        std::filesystem::remove("/tmp/mero.end");
-    }
-
-    static void remove_it()
-    {
         std::filesystem::remove_all("/tmp/vimbo");
+        std::filesystem::remove_all("/tmp/mero.end");
     }
 
     void expect_shown(const std::string &output)

@@ -22,6 +22,9 @@ FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
     refused = {};
     clock_stands = 0;
     before_open = nullptr;
+    // Whatever a test before has left there.
+    std::filesystem::remove_all("/tmp/vimbo");
+    std::filesystem::remove_all("/tmp/mero.end");
     std::filesystem::create_directory(sources);
     std::filesystem::create_directory(tray);
     vimbo::app_state &app = desk.app();
@@ -157,7 +160,9 @@ void failing_disk::fail() const
         refused = {.below = place, .opening = EROFS, .creating = EROFS, .removing = EROFS};
     else {
         const int error = kind == disk_fault::full ? ENOSPC : EDQUOT;
-        refused = {.below = place, .creating = error, .reserving = error, .writing = error};
+        constexpr std::size_t left = 4096;
+        refused = {
+            .below = place, .creating = error, .reserving = error, .writing = error, .room = left};
     }
 }
 

@@ -103,6 +103,17 @@ TEST_F(SourceFault, OfAGigabyteArrivesAsFarAsItFits)
     EXPECT_EQ(std::filesystem::file_size(source("big")), 1U << 30);
 }
 
+TEST_F(SourceFault, OfOneLongLineIsAllThere)
+{
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the toolkit casts a line's width to 16 bits, which the sanitizer reports";
+#endif
+    write_file(source("line"), std::string(65536, 'x'));
+    pick_and_expect("line", std::string(65536, 'x'));
+    work_on_it();
+    expect_as_before();
+}
+
 TEST_F(SourceFault, ThatIsBinaryIsShownUpToItsFirstZeroByte)
 {
     write_file(source("program"), std::string("\x7f"
