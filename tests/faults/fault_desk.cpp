@@ -15,8 +15,6 @@
 namespace bench
 {
 
-using vimbo::has_flag;
-
 FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
 {
     refused = {};

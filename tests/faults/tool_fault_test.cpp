@@ -266,7 +266,7 @@ TEST_F(ToolFault, ThatIsSilentForAMinuteIsWaitedFor)
     start_both("begun");
     const std::time_t start = std::time(nullptr);
     for (int frame = 0; frame < 1900; ++frame) {
-        clock_stands = start + frame * 60;
+        clock_stands = start + std::time_t{60} * frame;
         desk.frame();
     }
     clock_stands = 0;
