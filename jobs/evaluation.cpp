@@ -24,8 +24,8 @@ constexpr int status_abnormal = -1;
 // Room for the options, the temporary path and the quoted mosaic path.
 constexpr std::size_t command_capacity = 64 + temp_source_path_capacity + mosaic_path_capacity;
 
-// Clears the last run's text and hands the edited text over in a file. Whether
-// that could be written is for the evaluator to tell: it finds no source.
+// Clears the last run's text and hands the edited text over in a file. The
+// evaluator starts even if that could not be written, on an older text or none.
 void prepare_run(evaluation_state &evaluation, const char *source_text)
 {
     clear_text(evaluation.eval_text);
@@ -33,7 +33,8 @@ void prepare_run(evaluation_state &evaluation, const char *source_text)
         temporary_directory(evaluation.temp_source_path);
         append_text(evaluation.temp_source_path, "/vimbo");
     }
-    write_text_file(evaluation.temp_source_path, source_text);
+    if (write_temporary_text(evaluation.temp_source_path, source_text) != 0)
+        std::fprintf(stderr, "error: unable to write %s.\n", evaluation.temp_source_path);
 }
 
 void start_evaluator(frame_state &frame, evaluation_state &evaluation, const char *command,
@@ -119,9 +120,7 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
 
 void request_stop()
 {
-    FILE *marker = std::fopen(stop_marker_path, "w");
-    if (marker != nullptr)
-        std::fclose(marker);
+    overwrite_file(stop_marker_path, "", link_use::replaced);
 }
 
 void poll_evaluation(frame_state &frame, evaluation_state &evaluation, mosaic_state &mosaic)

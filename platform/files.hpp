@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <span>
+#include <string_view>
 
 namespace vimbo
 {
@@ -24,6 +25,18 @@ void walk_tree(const char *directory, tree_visitor visit, void *user);
 /// Opens a regular file for reading and gives its size in bytes. Null when
 /// there is none or it is anything else: opening a pipe would wait for a writer.
 FILE *open_regular_file(const char *path, std::uint64_t &size);
+
+/// What becomes of a symbolic link at the path of a file that is written.
+enum class link_use {
+    followed, // what it names is written
+    replaced, // the link itself goes, and a file takes its place
+};
+
+/// Puts `content` in place of what the file holds; creates it where it is
+/// missing, and never waits at a pipe. False when not all of it is there. A disk
+/// that is full, or a quota, then leaves what stood there before, as far as the
+/// file system can tell so beforehand.
+bool overwrite_file(const char *path, std::string_view content, link_use links);
 
 /// True when something of any kind stands at `path`.
 bool path_exists(const char *path);

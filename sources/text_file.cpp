@@ -23,14 +23,12 @@ char *read_text_file(const char *path, std::span<char, source_capacity> load_buf
 
 int write_text_file(const char *path, const char *text)
 {
-    FILE *file = std::fopen(path, "w");
-    if (file == nullptr)
-        return -1;
-    const std::size_t length = std::strlen(text);
-    const bool written = std::fwrite(text, 1, length, file) == length;
-    // A full disk shows only when the buffered bytes go out.
-    const bool closed = std::fclose(file) == 0;
-    return written && closed ? 0 : -1;
+    return overwrite_file(path, text, link_use::followed) ? 0 : -1;
+}
+
+int write_temporary_text(const char *path, const char *text)
+{
+    return overwrite_file(path, text, link_use::replaced) ? 0 : -1;
 }
 
 } // namespace vimbo

@@ -16,7 +16,12 @@ inline constexpr std::size_t source_capacity = 65536;
 char *read_text_file(const char *path, std::span<char, source_capacity> load_buffer);
 
 /// Writes the zero-terminated text to the file. 0 once all its bytes are
-/// written and the file is closed without an error, else -1.
+/// written and the file is closed without an error, else -1; a disk that is full
+/// then leaves the text that stood there before. Links are followed.
 int write_text_file(const char *path, const char *text);
+
+/// The same in a directory that others write to as well: a link that stands at
+/// the path is taken away instead of being followed to what it names.
+int write_temporary_text(const char *path, const char *text);
 
 } // namespace vimbo

@@ -51,7 +51,9 @@ void *stats_reader(void *stream)
         return stats_values;
     for (float &value : stats_values)
         // A number that is not there shows as the old one; the rest then fails too.
-        (void)!std::fscanf(pipe, "%f\n", &value);
+        // The width is far beyond any number, and keeps the memory small that the
+        // library takes for one of endless digits.
+        (void)!std::fscanf(pipe, "%4095f\n", &value);
     return stats_values;
 }
 

@@ -1,5 +1,6 @@
 // What the program makes of a system that refuses: no pipe, no process, no
-// thread. The linker puts the functions below in place of the system's.
+// thread.
+#include "tests/faults/system_calls.hpp"
 #include "tests/support/child_watch.hpp"
 #include "tests/support/panel_bench.hpp"
 #include "tests/support/tool_path.hpp"
@@ -7,78 +8,9 @@
 #include "tests/support/x_server.hpp" // wait_until
 
 #include <gtest/gtest.h>
-#include <pthread.h>
-#include <spawn.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <ctime>
 #include <regex>
-
-namespace
-{
-
-// True: the call of this name is refused.
-struct {
-    bool stream, process_end, pipe, process, thread;
-} refused;
-
-// Where the calendar clock stands; 0: it goes.
-std::time_t clock_stands;
-
-} // namespace
-
-// The linker's names for the original and for what replaces it.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-FILE *__real_fopencookie(void *cookie, const char *mode, cookie_io_functions_t functions);
-FILE *__wrap_fopencookie(void *cookie, const char *mode, cookie_io_functions_t functions)
-{
-    return refused.stream ? nullptr : __real_fopencookie(cookie, mode, functions);
-}
-
-int __real_pidfd_open(pid_t process, unsigned int flags);
-int __wrap_pidfd_open(pid_t process, unsigned int flags)
-{
-    return refused.process_end ? -1 : __real_pidfd_open(process, flags);
-}
-
-int __real_pipe2(int *ends, int flags);
-int __wrap_pipe2(int *ends, int flags)
-{
-    errno = EMFILE;
-    return refused.pipe ? -1 : __real_pipe2(ends, flags);
-}
-
-int __real_posix_spawn(pid_t *process, const char *path,
-                       const posix_spawn_file_actions_t *file_actions,
-                       const posix_spawnattr_t *attributes, char *const arguments[],
-                       char *const environment[]);
-int __wrap_posix_spawn(pid_t *process, const char *path,
-                       const posix_spawn_file_actions_t *file_actions,
-                       const posix_spawnattr_t *attributes, char *const arguments[],
-                       char *const environment[])
-{
-    return refused.process ? EAGAIN
-                           : __real_posix_spawn(process, path, file_actions, attributes, arguments,
-                                                environment);
-}
-
-int __real_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
-                          void *(*entry)(void *), void *argument);
-int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attributes,
-                          void *(*entry)(void *), void *argument)
-{
-    return refused.thread ? EAGAIN : __real_pthread_create(thread, attributes, entry, argument);
-}
-
-std::time_t __real_time(std::time_t *now);
-std::time_t __wrap_time(std::time_t *now)
-{
-    return clock_stands != 0 ? clock_stands : __real_time(now);
-}
-}
-// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {

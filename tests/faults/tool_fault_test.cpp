@@ -1,55 +1,283 @@
 // What tools that misbehave leave on the panels: their end is taken, and the
-// edited text and the tray are as they were.
-#include "tests/support/panel_bench.hpp"
-#include "tests/support/tool_path.hpp"
+// edited text, the open file and the tray are as they were. Each fault is shown
+// by the evaluator and by the statistics tool.
+#include "tests/faults/fault_desk.hpp"
+#include "tests/support/child_watch.hpp"
 #include "tests/support/x_server.hpp" // wait_until
 
-#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace
 {
 
 using namespace bench;
+using vimbo::has_flag;
 
-std::string run(const std::string &script)
+class ToolFault : public FaultDesk
 {
-    const tool_path tools;
-    write_script(tools.file("mero"), script);
-    write_file(tools.file("source"), "the text");
-    panel_bench desk;
-    vimbo::app_state &app = desk.app();
-    app.frame.ui_flags |= vimbo::ui_flag::bottom_shown;
-    std::snprintf(app.mosaic.tray_directory, sizeof app.mosaic.tray_directory, "%s",
-                  tools.folder().c_str());
-    vimbo::open_source(app.bar, app.editor, tools.file("source").c_str());
-    desk.click("Evaluate");
-    EXPECT_TRUE(wait_until(
-        [&] {
+protected:
+    // What a fault must not take from the charts.
+    void SetUp() override
+    {
+        tools.put("plimb", "numbers 50 0.5");
+        run("↻");
+        ASSERT_EQ(figures_that_are(0.5F), vimbo::stats_value_count);
+    }
+
+    void script(const std::string &body)
+    {
+        write_script(tools.file("mero"), body);
+        write_script(tools.file("plimb"), body);
+    }
+
+    void actions(const std::string &wanted)
+    {
+        tools.put("mero", wanted);
+        tools.put("plimb", wanted);
+    }
+
+    std::size_t figures_that_are(float value)
+    {
+        const vimbo::stats_run_state &got = desk.app().statistics.run;
+        return static_cast<std::size_t>(
+            std::count(std::begin(got.stats_locality), std::end(got.stats_locality), value) +
+            std::count(std::begin(got.stats_directions), std::end(got.stats_directions), value) +
+            std::count(std::begin(got.stats_moves), std::end(got.stats_moves), value));
+    }
+
+    void expect_shown(const std::string &end)
+    {
+        const std::string shown = desk.app().evaluation.eval_text;
+        EXPECT_TRUE(shown.ends_with(end)) << shown;
+    }
+
+    // The evaluator's run ends so, and the other tool's brings no figure.
+    void expect_of_both(const std::string &end)
+    {
+        for (const char *button : {"Evaluate", "Integrate"}) {
+            run(button);
+            expect_shown(end);
+        }
+        run("↻");
+        EXPECT_EQ(figures_that_are(0.5F), vimbo::stats_value_count);
+        EXPECT_TRUE(nothing_left());
+        expect_as_before();
+    }
+
+    bool running(std::uint32_t bits)
+    {
+        return has_flag(desk.app().frame.ui_flags, bits);
+    }
+
+    // Starts both and lets frames go by until both have made this file.
+    void start_both(const std::string &sign)
+    {
+        desk.click("Evaluate");
+        desk.click("↻");
+        EXPECT_TRUE(wait_until([&] {
             desk.frame();
-            return !vimbo::has_flag(app.frame.ui_flags, vimbo::ui_flag::eval_running);
-        },
-        std::chrono::seconds(60)));
-    EXPECT_STREQ(app.editor.source_text, "the text");
-    EXPECT_EQ(app.mosaic.tray_directory, tools.folder());
-    return app.evaluation.eval_text;
+            return read_file(tools.file(sign)).size() == 2;
+        })) << "they do not begin";
+    }
+
+    void expect_both_running()
+    {
+        EXPECT_TRUE(running(vimbo::ui_flag::eval_running));
+        EXPECT_TRUE(running(vimbo::ui_flag::stats_running));
+        EXPECT_TRUE(desk.find("Cancel"));
+    }
+
+    // Each adds a byte to the file `sign` once it has begun, then waits for "go".
+    void script_that_begins_and(const std::string &then)
+    {
+        script("printf x >>" + tools.file("begun") + "\n" + then +
+               "\nexec " VIMBO_STUB_TOOL " await " + tools.file("go") + " exit 3\n");
+    }
+
+    // In both panels a letter more.
+    void type_a_letter()
+    {
+        vimbo::source_editor_state &editor = desk.app().editor;
+        desk.click(point{14, 52});
+        desk.key(NK_KEY_TEXT_END);
+        desk.frame();
+        desk.type("z");
+        desk.frame();
+        text += 'z';
+        EXPECT_EQ(editor.source_text, text);
+    }
+};
+
+// The shell's own lines about a tool that it cannot start.
+class MissingTool : public ToolFault
+{
+protected:
+    void SetUp() override
+    {
+        ToolFault::SetUp();
+        std::filesystem::remove(tools.file("plimb"));
+        setenv("PATH", tools.folder().c_str(), 1);
+        testing::internal::CaptureStderr();
+    }
+
+    void TearDown() override
+    {
+        const std::string told = testing::internal::GetCapturedStderr();
+        EXPECT_NE(told.find("mero"), std::string::npos) << told;
+        EXPECT_NE(told.find("plimb"), std::string::npos) << told;
+    }
+};
+
+TEST_F(MissingTool, IsAnError)
+{
+    expect_of_both(".\nStatus: error.\n");
 }
 
-TEST(ToolFault, FloodOfAGigabyteIsDrainedToItsOwnStatus)
+TEST_F(MissingTool, ThatIsNotExecutableIsAnError)
 {
-    const std::string text = run("yes | head -c 1000000000\nexit 3\n");
-    EXPECT_NE(text.find("Status: uknown.\n"), std::string::npos) << text;
+    write_file(tools.file("mero"), "#!/bin/sh\nexit 0\n");
+    write_file(tools.file("plimb"), "#!/bin/sh\nexit 0\n");
+    expect_of_both(".\nStatus: error.\n");
 }
 
-TEST(ToolFault, FloodOfZeroBytesIsDrainedToItsOwnStatus)
+TEST_F(MissingTool, ThatIsADirectoryIsAnError)
 {
-    const std::string text = run("head -c 1000000000 /dev/zero\nexit 3\n");
-    EXPECT_NE(text.find("Status: uknown.\n"), std::string::npos) << text;
+    std::filesystem::create_directory(tools.file("mero"));
+    std::filesystem::create_directory(tools.file("plimb"));
+    expect_of_both(".\nStatus: error.\n");
 }
 
-TEST(ToolFault, InvalidTextAndTerminalEscapesAreOnlyText)
+TEST_F(ToolFault, KilledByASignalIsToldByItsStatus)
 {
-    const std::string text = run("printf '\\377\\300\\033[2J\\033]0;x\\007end'\n");
-    EXPECT_NE(text.find("\xff\xc0\x1b[2J\x1b]0;x\aend\nStatus: ok.\n"), std::string::npos) << text;
+    actions("say 'last words' die 9");
+    testing::internal::CaptureStderr(); // some shells tell of it
+    for (const char *button : {"Evaluate", "Integrate"}) {
+        const std::string shown = run(button);
+        // A shell in between makes an error of it, one that the tool has taken
+        // the place of does not.
+        EXPECT_TRUE(shown.ends_with("\nlast words\nStatus: error.\n") ||
+                    shown.ends_with("\nlast words\nStatus: abnormal.\n"))
+            << shown;
+    }
+    run("↻");
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(figures_that_are(0.5F), vimbo::stats_value_count);
+    expect_as_before();
+}
+
+TEST_F(ToolFault, EndingAtOnceIsTakenWithItsStatus)
+{
+    actions("exit 3");
+    expect_of_both(".\nStatus: uknown.\n");
+}
+
+TEST_F(ToolFault, FloodOfAGigabyteIsDrainedToItsOwnStatus)
+{
+    script("yes | head -c 1000000000\nexit 3\n");
+    expect_of_both("\n...\nStatus: uknown.\n");
+}
+
+TEST_F(ToolFault, FloodOfZeroBytesIsDrainedToItsOwnStatus)
+{
+    script("head -c 1000000000 /dev/zero\nexit 3\n");
+    // A zero byte ends the text, so nothing is shown of it.
+    expect_of_both(".\nStatus: uknown.\n");
+}
+
+TEST_F(ToolFault, FloodOfDigitsWithoutALineFeedTakesNoMemory)
+{
+    rusage before = {};
+    getrusage(RUSAGE_SELF, &before);
+    script("head -c 300000000 /dev/zero | tr '\\0' 1\nexit 3\n");
+    run("Evaluate");
+    expect_shown("\n...\nStatus: uknown.\n");
+    run("↻");
+    rusage after = {};
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_LT(after.ru_maxrss - before.ru_maxrss, 32L * 1024) << "KiB";
+    EXPECT_EQ(figures_that_are(INFINITY), vimbo::stats_value_count);
+    EXPECT_TRUE(nothing_left());
+    expect_as_before();
+}
+
+TEST_F(ToolFault, InvalidTextAndTerminalEscapesAreOnlyText)
+{
+    script("printf '\\377\\300\\033[2J\\033]0;x\\007end'\n");
+    expect_of_both("\nEvaluation:\n\xff\xc0\x1b[2J\x1b]0;x\aend\nStatus: ok.\n");
+}
+
+TEST_F(ToolFault, ZeroBytesHideWhatFollowsButNotTheStatus)
+{
+    script("printf 'seen\\0hidden'\nexit 1\n");
+    expect_of_both("\nEvaluation:\nseenStatus: error.\n");
+}
+
+TEST_F(ToolFault, ThatNeverEndsLeavesTheDeskToWorkAt)
+{
+    script_that_begins_and("echo 0.5");
+    start_both("begun");
+    type_a_letter();
+    expect_both_running();
+    expect_as_before();
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    expect_shown("\n0.5\n\nStatus: uknown.\n");
+    expect_as_before();
+}
+
+TEST_F(ToolFault, ThatClosesItsOutputAndLivesOnIsNotWaitedFor)
+{
+    script_that_begins_and("echo begun\nexec >&-");
+    start_both("begun");
+    // The one tool's status is still to come; the other's figures are not.
+    ASSERT_TRUE(wait_until([this] {
+        desk.frame();
+        return !running(vimbo::ui_flag::stats_running);
+    }));
+    EXPECT_EQ(children_of(getpid()), 2U) << "both live on";
+    type_a_letter();
+    EXPECT_TRUE(running(vimbo::ui_flag::eval_running));
+    expect_as_before();
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    expect_shown("\nbegun\n\nStatus: uknown.\n");
+    EXPECT_EQ(figures_that_are(0.5F), vimbo::stats_value_count);
+    expect_as_before();
+}
+
+TEST_F(ToolFault, ThatLeavesAnotherBehindEndsWithItsOwnProcess)
+{
+    actions("say 'last words' leave " + tools.file("go") + " exit 3");
+    expect_of_both("\nlast words\nStatus: uknown.\n");
+    write_file(tools.file("go"), "");
+}
+
+// No waiting anywhere has a time-out: not by a poll, not by the calendar, and not
+// by frames, of which a minute has 1,800. The soak is silent for a real minute.
+TEST_F(ToolFault, ThatIsSilentForAMinuteIsWaitedFor)
+{
+    script_that_begins_and("");
+    longest_poll = -1;
+    start_both("begun");
+    const std::time_t start = std::time(nullptr);
+    for (int frame = 0; frame < 1900; ++frame) {
+        clock_stands = start + std::time_t{60} * frame;
+        desk.frame();
+    }
+    clock_stands = 0;
+    expect_both_running();
+    EXPECT_EQ(longest_poll, -1) << "milliseconds";
+    expect_as_before();
+    script("exit 1\n"); // what runs is not read again
+    write_file(tools.file("go"), "");
+    ASSERT_TRUE(finish());
+    expect_shown(".\nStatus: uknown.\n");
+    expect_as_before();
 }
 
 } // namespace

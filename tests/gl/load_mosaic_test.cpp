@@ -1,6 +1,7 @@
 // Mosaic files of every kind, and what of them arrives on the GPU.
 #include "mosaic/load_mosaic.hpp"
 
+#include "mosaic/mosaic_file.hpp"
 #include "tests/gl/gl_bench.hpp"
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
@@ -10,6 +11,8 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <fstream>
+#include <functional>
 
 namespace
 {
@@ -211,6 +214,88 @@ TEST_F(LoadMosaic, ThatPromisesMoreThanThereCanBeShowsNothing)
         load_bytes(mosaic_bytes(size, count, body_of(64)));
         expect_absent("a promise that cannot be kept");
     }
+}
+
+// What happens to the file between the look at its header and that at its body.
+std::function<void()> meanwhile;
+
+class MosaicInChange : public LoadMosaic
+{
+protected:
+    // More than a stream reads ahead with the header.
+    static constexpr std::size_t points = 20000;
+
+    MosaicInChange()
+    {
+        map_buffer = __glewMapBuffer;
+        __glewMapBuffer = [](GLenum target, GLenum access) {
+            meanwhile();
+            return map_buffer(target, access);
+        };
+    }
+
+    ~MosaicInChange() override
+    {
+        __glewMapBuffer = map_buffer;
+        meanwhile = nullptr;
+    }
+
+    void load_and(std::function<void()> change)
+    {
+        meanwhile = std::move(change);
+        load_bytes(mosaic_bytes(8, points, body_of(points * 8)));
+        meanwhile = [] {};
+    }
+
+    static PFNGLMAPBUFFERPROC map_buffer;
+};
+
+PFNGLMAPBUFFERPROC MosaicInChange::map_buffer;
+
+TEST_F(MosaicInChange, ThatIsCutShowsNothing)
+{
+    for (const std::size_t left :
+         {std::size_t{0}, std::size_t{31}, std::size_t{32}, points, 31 + points * 8}) {
+        load_and([&] { std::filesystem::resize_file(place.file("0.mmv"), left); });
+        expect_absent(std::to_string(left).c_str());
+    }
+}
+
+TEST_F(MosaicInChange, ThatIsReplacedIsShownAsItWasOpened)
+{
+    load_and([&] {
+        write_file(place.file("new"), mosaic_bytes({{1, 1}}));
+        std::filesystem::rename(place.file("new"), place.file("0.mmv"));
+    });
+    expect_shown(points + 1, body_of(points * 8));
+    load(place.file("0.mmv"));
+    EXPECT_EQ(mosaic.mosaic_vertex_count, 2) << "the new one";
+}
+
+TEST_F(MosaicInChange, ThatIsRemovedIsShownAsItWasOpened)
+{
+    load_and([&] { std::filesystem::remove(place.file("0.mmv")); });
+    expect_shown(points + 1, body_of(points * 8));
+}
+
+TEST_F(MosaicInChange, ThatGrowsIsReadAsFarAsWasPromised)
+{
+    load_and([&] {
+        std::ofstream(place.file("0.mmv"), std::ios::app | std::ios::binary) << body_of(1000000);
+    });
+    expect_shown(points + 1, body_of(points * 8));
+}
+
+// A file with holes is as long as its header says.
+TEST_F(LoadMosaic, ThatKeepsAPromiseBeyondMemoryShowsNothing)
+{
+    load_good();
+    const std::uint64_t count = std::uint64_t{1} << 40;
+    write_file(place.file("0.mmv"), mosaic_bytes(8, count, ""));
+    std::filesystem::resize_file(place.file("0.mmv"), vimbo::mosaic_header_size + 8 * count);
+    load(place.file("0.mmv"));
+    expect_absent("8 TiB");
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_OUT_OF_MEMORY));
 }
 
 TEST_F(LoadMosaic, ThatTheDriverGrantsNoMemoryShowsNothing)

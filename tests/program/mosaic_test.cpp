@@ -1,6 +1,8 @@
 // Which mosaic is shown, when it is read again, and how the picture is moved.
 #include "tests/program/desk.hpp"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -28,17 +30,29 @@ TEST_F(Mosaic, ThatIsMissingOrBrokenShowsNothingAndSaysNothing)
     write_file(mosaic(2), square_mosaic(40).substr(0, 3239));
     write_file(mosaic(3), square_mosaic(40));
     std::filesystem::create_directories(mosaic(4));
+    ASSERT_EQ(mkfifo(mosaic(5).c_str(), 0600), 0);
+    write_file(mosaic(6), mosaic_bytes(16, std::uint64_t{1} << 60, square_mosaic(40)));
+    write_file(source("a.txt"), "the text");
     start({.preview = true});
+    hand->choose("--", "a.txt");
     EXPECT_TRUE(shows(outline_colour, 400));
     EXPECT_EQ(count_in_picture(mark_colour), 0);
     hand->choose_mosaic(3);
     EXPECT_TRUE(shows(mark_colour, 400));
-    for (const int broken : {1, 2, 4, 7}) {
+    for (const int broken : {1, 2, 4, 5, 6, 7}) {
         hand->choose_mosaic(3);
         EXPECT_TRUE(shows(mark_colour, 400));
         hand->choose_mosaic(broken);
         EXPECT_TRUE(shows_none(mark_colour)) << "mosaic " << broken;
     }
+    // Text, tray and open file are as they were: the last is what "-" deletes.
+    EXPECT_EQ(evaluated_text(), "the text");
+    std::filesystem::remove(tools.file("mero.arguments"));
+    hand->press("Integrate");
+    EXPECT_EQ(awaited_arguments("mero"), "-s\n35.000000\n/tmp//vimbo\n" + mosaic(7) + "\n");
+    hand->press("-");
+    hand->press("-");
+    EXPECT_TRUE(wait_until([&] { return !std::filesystem::exists(source("a.txt")); }));
     expect_good_end();
 }
 

@@ -3,6 +3,8 @@
 
 #include <signal.h>
 
+#include <fstream>
+#include <iterator>
 #include <thread>
 
 namespace
@@ -133,6 +135,65 @@ TEST_F(Evaluator, MayBeMissing)
         << "the shell says so";
     EXPECT_TRUE(responsive());
     expect_good_end(printed());
+}
+
+TEST_F(Evaluator, IsStartedThoughItsTextCouldNotBeWritten)
+{
+    std::filesystem::create_directory("/tmp/vimbo");
+    tools.put("mero", "exit 0");
+    start({.bottom = true});
+    hand->press("Evaluate");
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
+    EXPECT_TRUE(responsive());
+    std::filesystem::remove("/tmp/vimbo");
+    expect_good_end("error: unable to write /tmp//vimbo.\n");
+}
+
+// What a tool does once it has noted its process.
+struct habit {
+    const char *name;
+    const char *script;
+    bool lives_on; // when nobody reads its output any more
+};
+
+class ToolHabit : public ProgramTest, public testing::WithParamInterface<habit>
+{
+protected:
+    std::vector<pid_t> begun() const
+    {
+        std::ifstream list(place.file("begun"));
+        return {std::istream_iterator<pid_t>(list), std::istream_iterator<pid_t>()};
+    }
+};
+
+#define AWAIT "exec " VIMBO_STUB_TOOL " await ./never\n"
+
+INSTANTIATE_TEST_SUITE_P(
+    That, ToolHabit,
+    testing::Values(habit{"IsSilent", AWAIT, true}, habit{"NeverEnds", "echo 0.5\n" AWAIT, true},
+                    habit{"ClosesItsOutput", "echo 0.5\nexec >&-\n" AWAIT, true},
+                    habit{"LeavesAnother", "sleep 60 &\necho 0.5\n" AWAIT, true},
+                    habit{"IgnoresSignals", "trap '' HUP INT PIPE TERM\n" AWAIT, true},
+                    habit{"PrintsZeroBytesAndEscapes",
+                          "printf '\\0\\377\\300\\033[2J\\033]0;x\\007'\n" AWAIT, true},
+                    habit{"FloodsInLines", "exec yes\n", false},
+                    habit{"FloodsWithoutALineFeed", "exec tr '\\0' 1 </dev/zero\n", false},
+                    habit{"FloodsWithZeroBytes", "exec cat /dev/zero\n", false}),
+    [](const auto &chosen) { return std::string(chosen.param.name); });
+
+TEST_P(ToolHabit, DoesNotHoldTheEndUp)
+{
+    for (const char *name : {"mero", "plimb"})
+        write_script(tools.file(name),
+                     "echo $$ >>" + place.file("begun") + '\n' + GetParam().script);
+    start({.bottom = true, .statistics = true});
+    hand->press("Evaluate");
+    hand->press("↻");
+    ASSERT_TRUE(wait_until([this] { return begun().size() == 2; }));
+    screen->settle();
+    expect_good_end();
+    for (const pid_t tool : begun())
+        EXPECT_TRUE(!GetParam().lives_on || kill(tool, SIGKILL) == 0) << "it has ended first";
 }
 
 class Statistics : public ProgramTest

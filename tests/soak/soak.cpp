@@ -11,6 +11,9 @@
 #include <cstdlib>
 #include <random>
 #include <stdexcept>
+#include <thread>
+
+#include <unistd.h>
 
 namespace
 {
@@ -118,6 +121,69 @@ void soak(const char *program_path, int runs)
     at.end();
 }
 
+// Through the panels alone, which takes a hundredth of the time.
+void soak_panels(int runs)
+{
+    constexpr std::size_t granted = std::size_t{1} << 20;
+    constexpr std::uint32_t running = vimbo::ui_flag::eval_running | vimbo::ui_flag::stats_running;
+    const tool_path tools;
+    write_script(tools.file("mero"), "echo done\n");
+    write_script(tools.file("plimb"), "echo .5\n");
+    panel_bench panels;
+    vimbo::app_state &app = panels.app();
+    app.frame.ui_flags |= vimbo::ui_flag::bottom_shown | vimbo::ui_flag::stats_shown;
+    const auto run = [&](const char *button) {
+        panels.click(button);
+        require(wait_until([&] {
+                    panels.frame();
+                    return (app.frame.ui_flags & running) == 0;
+                }),
+                "a run on the panels does not end");
+    };
+    const auto held = [] {
+        require(wait_until([] {
+                    vimbo::collect_released_commands();
+                    return children_of(getpid()) == 0;
+                }),
+                "a child was left on the panels");
+        return holdings{open_descriptors(getpid()), threads_of(getpid()), resident_bytes(getpid())};
+    };
+    for (int i = 0; i < 20; ++i)
+        run(i % 2 == 0 ? "Evaluate" : "↻");
+    const holdings before = held();
+    for (int i = 0; i < runs; ++i)
+        run(i % 2 == 0 ? "Evaluate" : "↻");
+    const holdings after = held();
+    std::printf("soak: %d short runs on the panels: descriptors %zu to %zu, threads %zu to %zu, "
+                "memory %zu to %zu KiB, no child left\n",
+                runs, before.descriptors, after.descriptors, before.threads, after.threads,
+                before.memory >> 10, after.memory >> 10);
+    require(after.descriptors <= before.descriptors, "descriptors have grown on the panels");
+    require(after.threads <= before.threads, "threads have grown on the panels");
+    require(after.memory <= before.memory + granted, "memory has grown on the panels");
+}
+
+// Both tools say nothing for so long, and are waited for.
+void be_silent(const char *program_path, int seconds)
+{
+    desk at(program_path);
+    for (const char *name : {"mero", "plimb"})
+        write_script(at.tools.file(name), "exec " VIMBO_STUB_TOOL " await " + at.place.file("go"));
+    at.hand->show_bottom();
+    at.hand->show_statistics();
+    at.hand->press("Evaluate");
+    at.hand->press("↻");
+    for (int i = 0; i < seconds; ++i) {
+        std::this_thread::sleep_for(std::chrono::seconds(1));
+        at.screen.settle();
+        require(children_of(at.vimbo->id()) == 2, "a silent tool was given up");
+    }
+    write_file(at.place.file("go"), "");
+    require(wait_until([&] { return children_of(at.vimbo->id()) == 0; }), "a child was left");
+    std::printf("soak: %d seconds of silence\n", seconds);
+    at.end();
+}
+
 class monkey
 {
 public:
@@ -197,9 +263,13 @@ int main(int argument_count, char *arguments[])
         return 2;
     }
     constexpr int all_runs = 1000;
+    constexpr int all_panel_runs = 10000;
     constexpr int all_actions = 5000;
+    constexpr int all_seconds = 60;
     const int divisor = std::max(1, std::atoi(arguments[2]));
     try {
+        soak_panels(all_panel_runs / divisor);
+        be_silent(arguments[1], all_seconds / divisor);
         soak(arguments[1], all_runs / divisor);
         play(arguments[1], all_actions / divisor);
         return 0;

@@ -27,7 +27,7 @@ namespace
 // wait for: a test that failed must not leave this behind.
 void await_file(const std::string &path)
 {
-    constexpr int most_looks = 6000;
+    constexpr int most_looks = 12000; // two minutes
     constexpr unsigned int pause = 10000;
     const std::string folder = path.substr(0, path.rfind('/'));
     struct stat status = {};

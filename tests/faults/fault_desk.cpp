@@ -1,0 +1,185 @@
+#include "tests/faults/fault_desk.hpp"
+
+#include "tests/support/child_watch.hpp"
+#include "tests/support/x_server.hpp" // wait_until
+
+#include <sched.h>
+#include <sys/fsuid.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+
+namespace bench
+{
+
+FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
+{
+    refused = {};
+    clock_stands = 0;
+    before_open = nullptr;
+    // Whatever a test before has left there.
+    std::filesystem::remove_all("/tmp/vimbo");
+    std::filesystem::remove_all("/tmp/mero.end");
+    std::filesystem::create_directory(sources);
+    std::filesystem::create_directory(tray);
+    vimbo::app_state &app = desk.app();
+    app.bar.source_directory = sources.c_str();
+    vimbo::initialise_panels(app);
+    vimbo::choose_tray(app.frame, app.mosaic, tray.c_str());
+    app.frame.ui_flags |= vimbo::ui_flag::bottom_shown | vimbo::ui_flag::stats_shown;
+    open(sources + "/a.txt", "the text\nof two lines\n");
+}
+
+FaultDesk::~FaultDesk()
+{
+    refused = {};
+    clock_stands = 0;
+    before_open = nullptr;
+    write_file(tools.file("go"), ""); // whatever still waits for it
+    EXPECT_TRUE(finish());
+    EXPECT_TRUE(nothing_left());
+}
+
+void FaultDesk::open(const std::string &path, const std::string &content)
+{
+    write_file(path, content);
+    vimbo::open_source(desk.app().bar, desk.app().editor, path.c_str());
+    desk.frame();
+    text = content;
+    open_file = path;
+}
+
+void FaultDesk::expect_as_before()
+{
+    EXPECT_TRUE(edited() == text) << edited().substr(0, 1000);
+    EXPECT_EQ(open_path(), open_file);
+    EXPECT_EQ(desk.app().mosaic.tray_directory, tray);
+    EXPECT_EQ(desk.app().mosaic.mosaic_path, tray + "/_mosaics/0.mmv");
+}
+
+bool FaultDesk::finish()
+{
+    constexpr std::uint32_t running = vimbo::ui_flag::eval_running | vimbo::ui_flag::stats_running;
+    return wait_until(
+        [this] {
+            desk.frame();
+            return (desk.app().frame.ui_flags & running) == 0;
+        },
+        std::chrono::seconds(120));
+}
+
+std::string FaultDesk::run(std::string_view button)
+{
+    desk.click(button);
+    EXPECT_TRUE(finish());
+    return desk.app().evaluation.eval_text;
+}
+
+std::string FaultDesk::run_and_complaint(std::string_view button)
+{
+    testing::internal::CaptureStderr();
+    run(button);
+    return testing::internal::GetCapturedStderr();
+}
+
+std::string FaultDesk::save_as(const std::string &name)
+{
+    desk.click("+");
+    desk.frame();
+    desk.click(std::filesystem::path(open_path()).filename().string());
+    desk.key(NK_KEY_TEXT_SELECT_ALL);
+    desk.frame();
+    desk.type(name);
+    desk.frame();
+    testing::internal::CaptureStderr();
+    desk.key(NK_KEY_ENTER);
+    desk.frame();
+    return testing::internal::GetCapturedStderr();
+}
+
+bool FaultDesk::nothing_left()
+{
+    // Without a pause, as each frame drops no more than a pipe holds.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+    while (children_of(getpid()) != 0 && std::chrono::steady_clock::now() < deadline)
+        vimbo::collect_released_commands();
+    return children_of(getpid()) == 0;
+}
+
+namespace
+{
+
+// A small disk at `directory` that no other process sees.
+bool mount_disk(const std::string &directory)
+{
+    return unshare(CLONE_NEWNS) == 0 &&
+           mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           mount("disk", directory.c_str(), "tmpfs", 0, "size=512k,nr_inodes=32") == 0;
+}
+
+} // namespace
+
+failing_disk::failing_disk(std::string directory, disk_fault fault)
+    : place(std::move(directory)), kind(fault),
+      mounted(fault != disk_fault::quota && mount_disk(place))
+{
+    if (!mounted && kind != disk_fault::quota)
+        std::puts("no disk can be mounted here: the system's calls are refused instead");
+}
+
+failing_disk::~failing_disk()
+{
+    refused = {};
+    if (mounted)
+        umount2(place.c_str(), MNT_DETACH);
+}
+
+// First its bytes, then its files.
+void failing_disk::fill() const
+{
+    const std::string bytes(4096, 'f');
+    std::ofstream file(place + "/filler", std::ios::binary);
+    while (file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
+    }
+    for (int i = 0; std::ofstream(place + "/filler" + std::to_string(i)); ++i) {
+    }
+}
+
+void failing_disk::fail() const
+{
+    if (mounted && kind == disk_fault::full)
+        fill();
+    else if (mounted)
+        EXPECT_EQ(mount(nullptr, place.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    else if (kind == disk_fault::read_only)
+        refused = {.below = place, .opening = EROFS, .creating = EROFS, .removing = EROFS};
+    else {
+        const int error = kind == disk_fault::full ? ENOSPC : EDQUOT;
+        constexpr std::size_t left = 4096;
+        refused = {
+            .below = place, .creating = error, .reserving = error, .writing = error, .room = left};
+    }
+}
+
+namespace
+{
+constexpr uid_t nobody = 65534;
+}
+
+without_privileges::without_privileges()
+{
+    // For files alone, and undone at will.
+    if (geteuid() == 0)
+        setfsuid(nobody);
+}
+
+without_privileges::~without_privileges()
+{
+    if (geteuid() == 0)
+        setfsuid(0);
+}
+
+} // namespace bench

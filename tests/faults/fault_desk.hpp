@@ -1,0 +1,94 @@
+// A desk with a source open and a tray, on which something goes wrong; and disks
+// that fail.
+#pragma once
+
+#include "tests/faults/system_calls.hpp"
+#include "tests/support/panel_bench.hpp"
+#include "tests/support/tool_path.hpp"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+namespace bench
+{
+
+class FaultDesk : public testing::Test
+{
+protected:
+    FaultDesk();
+    ~FaultDesk() override;
+
+    /// The text, the name of the open file and the tray are as the test had them
+    /// last: as they were made, or as `text` and `open_file` say.
+    void expect_as_before();
+
+    /// Opens a source of this content; it is what should stay from then on.
+    void open(const std::string &path, const std::string &content);
+
+    /// Frames until no tool runs on the panels.
+    bool finish();
+    /// Presses the button and awaits the run's end: what the panel then shows.
+    std::string run(std::string_view button);
+    /// What the program printed on standard error in the run; the test's tools
+    /// print nothing there.
+    std::string run_and_complaint(std::string_view button);
+
+    /// Saves under this name through the bar: what that printed.
+    std::string save_as(const std::string &name);
+
+    /// Frames until all that was let go has ended.
+    bool nothing_left();
+
+    std::string edited() const
+    {
+        return desk.app().editor.source_text;
+    }
+    std::string open_path() const
+    {
+        return desk.app().bar.source_path;
+    }
+
+    const scratch_directory place;
+    const tool_path tools;
+    std::string sources, tray;
+    std::string text, open_file;
+    mutable panel_bench desk;
+};
+
+enum class disk_fault { full, quota, read_only };
+
+/// A disk of its own at this directory, which must exist, as long as it lives. Where
+/// the system lets this process mount one it is real, but for the quota;
+/// elsewhere the system's calls are refused as such a disk does.
+class failing_disk
+{
+public:
+    failing_disk(std::string directory, disk_fault fault);
+    ~failing_disk();
+    failing_disk(const failing_disk &) = delete;
+    failing_disk &operator=(const failing_disk &) = delete;
+
+    /// From now on it takes nothing more.
+    void fail() const;
+
+private:
+    void fill() const;
+
+    std::string place;
+    disk_fault kind;
+    bool mounted;
+};
+
+/// Makes the process one that files refuse, even if it is root's, as long as it lives.
+class without_privileges
+{
+public:
+    without_privileges();
+    ~without_privileges();
+    without_privileges(const without_privileges &) = delete;
+    without_privileges &operator=(const without_privileges &) = delete;
+};
+
+} // namespace bench
