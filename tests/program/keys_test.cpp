@@ -105,7 +105,7 @@ TEST_F(Keys, MoveTheCursor)
         press({name});
         screen->type(std::u32string(1, mark));
     }
-    EXPECT_EQ(evaluated_text(), "c8one9 two\n4threae3 6f7our5\nbfive21");
+    EXPECT_EQ(evaluated_text(), "c8one9 two\n4threae36 7four5\nbfive21");
     expect_good_end();
 }
 
