@@ -233,8 +233,8 @@ TEST_F(Plimb, TellsAMosaicThatDoesNotFitIntoItsMemory)
 
 TEST_F(Plimb, LeavesWindowsOfNoLengthOut)
 {
-    // 32 marks in one place, then 32 to the right: one straight window counts.
-    std::vector<vimbo::path_vertex> points(32, {0, 1});
+    // 32 jumps in one place, then 32 marks to the right: one straight window counts.
+    std::vector<vimbo::path_vertex> points(32, {0, 0});
     for (int i = 1; i <= 32; ++i)
         points.push_back({i * 1000, 1});
     const std::vector<double> figures = numbers_of(measure(mosaic_bytes(points)).output);
