@@ -16,7 +16,9 @@ namespace
 
 constexpr double tangent_of_an_eighth = 0.41421356237309504880; // of π
 
-// In plain arithmetic and without a branch, so that the compiler takes several
+// Bin of the direction of (dx, dy), not both 0: bin b holds the angles from
+// -π + b π/8 up to, but without, the next bin's; π itself is in the last. In
+// plain arithmetic and without a branch, so that the compiler takes several
 // at a time.
 inline double bin_number(double dx, double dy)
 {
@@ -31,16 +33,6 @@ inline double bin_number(double dx, double dy)
     return first + (y >= tangent_of_an_eighth * x ? 1.0 : 0.0) + (y >= x ? 1.0 : 0.0) +
            (tangent_of_an_eighth * y >= x ? 1.0 : 0.0);
 }
-
-} // namespace
-
-int direction_bin(double dx, double dy)
-{
-    return static_cast<int>(bin_number(dx, dy));
-}
-
-namespace
-{
 
 // One window of moves, laid out so that the compiler takes several at a time.
 struct window {

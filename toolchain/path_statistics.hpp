@@ -23,8 +23,4 @@ struct path_statistics {
 /// the same figures to the last bit.
 path_statistics measure_path(std::span<const vimbo::path_vertex> moves);
 
-/// Bin of the direction of (dx, dy), not both 0: bin b holds the angles from
-/// -π + b π/8 up to, but without, the next bin's; π itself is in the last.
-int direction_bin(double dx, double dy);
-
 } // namespace toolchain

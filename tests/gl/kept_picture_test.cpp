@@ -259,4 +259,61 @@ TEST_F(KeptPicture, IsEmptyWithoutAProgram)
     expect_direct_picture("without a program");
 }
 
+TEST_F(KeptPicture, IsEmptyWhereTheOneBeforeHasNothingInCommon)
+{
+    finish();
+    kept.vertices_per_second = 1; // nothing fits into a frame
+    preview.pan_x = 5;
+    draw_frame();
+    ASSERT_TRUE(vimbo::is_unfinished(kept));
+    const struct nk_rect area = preview.rectangle;
+    const pixels shown = window_pixels();
+    int painted = 0;
+    for (int y = 0; y < static_cast<int>(area.h); ++y)
+        for (int x = 0; x < static_cast<int>(area.w); ++x) {
+            const std::size_t row =
+                static_cast<std::size_t>(window_height - 1 - y) - static_cast<std::size_t>(area.y);
+            const std::size_t at = (row * window_width + static_cast<std::size_t>(x) +
+                                    static_cast<std::size_t>(area.x)) *
+                                   4;
+            painted += alike({shown[at], shown[at + 1], shown[at + 2]}, background) ? 0 : 1;
+        }
+    EXPECT_EQ(painted, 0) << "the tray, too, lies beside the picture";
+}
+
+TEST_F(KeptPicture, OfNoSizeTouchesNothing)
+{
+    preview.rectangle.w = 0;
+    blacken();
+    const pixels before = window_pixels();
+    draw_frame();
+    EXPECT_EQ(differing(before, window_pixels()), 0);
+}
+
+// The driver refuses after so many pictures.
+int granted_pictures;
+
+TEST_F(KeptPicture, IsDrawnDirectlyWhereTheDriverKeepsNoPicture)
+{
+    const PFNGLCHECKFRAMEBUFFERSTATUSPROC check = __glewCheckFramebufferStatus;
+    for (const int granted : {0, 1}) {
+        kept.vertices_per_second = 1;
+        granted_pictures = granted;
+        __glewCheckFramebufferStatus = [](GLenum) -> GLenum {
+            return granted_pictures-- > 0 ? GL_FRAMEBUFFER_COMPLETE : GL_FRAMEBUFFER_UNSUPPORTED;
+        };
+        for (const float zoom : {1.0F, 2.0F}) {
+            preview.zoom = zoom;
+            draw_frame();
+        }
+        EXPECT_FALSE(vimbo::is_unfinished(kept));
+        EXPECT_EQ(kept.shown.target.framebuffer, 0U);
+        EXPECT_EQ(kept.next.target.framebuffer, 0U);
+        expect_direct_picture("without a kept one");
+        __glewCheckFramebufferStatus = check;
+    }
+    finish();
+    expect_direct_picture("with one again");
+}
+
 } // namespace

@@ -270,16 +270,19 @@ TEST_F(EvaluationPanel, GrowsADotAFrameAndThenSpins)
 
 TEST_F(EvaluationPanel, PutsADotForTheSpinnerWhateverItsPhase)
 {
-    for (int phase = 0; phase < 5; ++phase) {
+    for (const char phase : {'.', '-', '\\', '|', '/'}) {
         std::filesystem::remove(tools.file("go"));
         tools.put("mero", "await " + tools.file("go"));
+        const std::size_t threads = threads_of(getpid());
         desk.click("Evaluate");
-        while (text().size() < 64)
-            desk.frame();
-        for (int i = 0; i < phase; ++i)
+        while (text().size() < 64 || text().back() != phase)
             desk.frame();
         write_file(tools.file("go"), "");
-        ASSERT_TRUE(finish());
+        // Once the reader has ended, the very next frame takes the end.
+        ASSERT_TRUE(wait_until([&] { return threads_of(getpid()) == threads; }));
+        ASSERT_EQ(text().back(), phase);
+        desk.frame();
+        ASSERT_FALSE(running());
         EXPECT_EQ(text(), "Compilling" + std::string(54, '.') + "\nStatus: ok.\n");
     }
 }

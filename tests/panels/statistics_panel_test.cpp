@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -275,6 +276,30 @@ TEST_F(StatisticsPanel, DrawsMarksAndJumpsAsTwoColumns)
     EXPECT_NEAR(columns[0].h, 2 * columns[1].h, 2);
     EXPECT_NEAR(static_cast<float>(desk.find("Dark")->x), columns[0].x + columns[0].w / 2, 20);
     EXPECT_NEAR(static_cast<float>(desk.find("Light")->x), columns[1].x + columns[1].w / 2, 20);
+}
+
+TEST_F(StatisticsPanel, KeepsItsScaleWhateverTheFigures)
+{
+    const auto scale = [this] {
+        desk.frame();
+        std::vector<int> rows;
+        for (const char *label : {"1.0", "0.5", "0.0"})
+            rows.push_back(desk.find(label)->y);
+        return rows;
+    };
+    for (const int chart : {0, 1, 2}) {
+        desk.app().statistics.stats_chart = chart;
+        std::ranges::fill(run().stats_locality, 0.0F);
+        std::ranges::fill(run().stats_directions, 0.0F);
+        std::ranges::fill(run().stats_moves, 0.0F);
+        const std::vector<int> before = scale();
+        std::ranges::fill(run().stats_locality, 7.0F);
+        std::ranges::fill(run().stats_directions, 7.0F);
+        std::ranges::fill(run().stats_moves, 7.0F);
+        EXPECT_EQ(scale(), before) << "chart " << chart;
+        EXPECT_LT(before[0], before[1]);
+        EXPECT_LT(before[1], before[2]);
+    }
 }
 
 TEST_F(StatisticsPanel, TellsTheValueUnderThePointer)

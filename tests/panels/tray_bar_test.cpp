@@ -239,6 +239,19 @@ TEST_F(TrayBar, DeletesAtTheSecondPress)
     EXPECT_EQ(text(), "the text") << "the text stays in the editor";
 }
 
+TEST_F(TrayBar, ShowsNoNameAfterADeletion)
+{
+    write_file(source("a.txt"), "the text");
+    pick("--", "a.txt");
+    desk.frame();
+    ASSERT_TRUE(desk.find("a.txt"));
+    desk.click("-");
+    desk.click("!");
+    desk.frame();
+    EXPECT_FALSE(desk.find("a.txt"));
+    EXPECT_FALSE(desk.find("--"));
+}
+
 TEST_F(TrayBar, StaysArmedForThreeWholeSecondsAndNoLonger)
 {
     vimbo::frame_state &frame = desk.app().frame;
@@ -286,6 +299,23 @@ TEST_F(TrayBar, ListsTheDirectoriesBesideTheTray)
     desk.click("two");
     EXPECT_EQ(desk.app().mosaic.tray_directory, place.file("trays/two"));
     EXPECT_EQ(desk.app().mosaic.mosaic_path, place.file("trays/two") + "/_mosaics/0.mmv");
+}
+
+TEST_F(TrayBar, ListsEveryDirectoryUnderTheWorkingOneByDefault)
+{
+    for (const char *name : {"here/one/_mosaics", "here/two"})
+        std::filesystem::create_directories(place.file(name));
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(place.file("here"));
+    desk.frame();
+    // The tray's picker has no name on it; its list opens from its arrow's left.
+    const point chooser = *desk.find("0");
+    desk.click({chooser.x - 60, chooser.y});
+    for (const char *listed : {"one", "_mosaics", "two"})
+        EXPECT_TRUE(desk.find(listed)) << listed;
+    for (const char *left_out : {".", "./", "here"})
+        EXPECT_FALSE(desk.find(left_out)) << left_out;
+    std::filesystem::current_path(before);
 }
 
 TEST_F(TrayBar, AsksForTheMosaicWhenTheTrayChangesButNotForTheSame)

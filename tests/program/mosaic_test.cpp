@@ -238,4 +238,27 @@ TEST_F(View, ReplaysWithTheRightButton)
     expect_good_end();
 }
 
+TEST_F(Mosaic, ThatTakesManyFramesToDrawIsShownWholeWhileTheWindowGoesOn)
+{
+    constexpr int mm = ::vimbo::length_units_per_mm;
+    constexpr int lines = 500000;
+    std::vector<::vimbo::path_vertex> points;
+    points.reserve(lines + 2);
+    for (int i = 0; i < lines; ++i)
+        points.push_back({(i % 2 == 0 ? -40 : 40) * mm, (i * (60 * mm / lines) - 40 * mm) | 1});
+    // Its end lies apart, above the rest.
+    points.push_back({-40 * mm, 45 * mm});
+    points.push_back({40 * mm, 45 * mm + 1});
+    write_file(mosaic(1), mosaic_bytes(points));
+    start({.preview = true});
+    hand->choose_mosaic(1);
+    screen->settle();
+    EXPECT_GT(screen->count_redraws(window, std::chrono::seconds(1)), 1);
+    const struct nk_rect area = hand->picture();
+    const struct nk_rect upper = nk_rect(area.x, area.y, area.w, area.h / 2 - 60);
+    EXPECT_TRUE(wait_until([&] { return count(upper, mark_colour) > 100; }));
+    EXPECT_GT(count_in_picture(mark_colour), 10000);
+    expect_good_end();
+}
+
 } // namespace

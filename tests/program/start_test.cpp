@@ -67,6 +67,21 @@ TEST_F(Start, GoesOnWithoutItsFont)
                          "built-in one\n");
 }
 
+TEST_F(Start, FindsItsFontFromItsWorkingDirectory)
+{
+    const std::filesystem::path bin = std::filesystem::path(VIMBO_PROGRAM).parent_path();
+    std::filesystem::create_directories(place.file("elsewhere/bin"));
+    std::filesystem::copy_file(VIMBO_PROGRAM, place.file("elsewhere/bin/vimbo"));
+    x_server display(800, 600);
+    program run({.arguments = {place.file("elsewhere/bin/vimbo"), "-w", "800,600"},
+                 .environment = {"DISPLAY=" + display.name()},
+                 .directory = bin.string(),
+                 .output = place.file("output")});
+    display.close_window(wait_for_window(display));
+    EXPECT_EQ(run.wait_for_end(), 0);
+    EXPECT_EQ(printed(), "") << "a font that is not found is told";
+}
+
 TEST_F(Start, HasTheWantedWindowSizeTheLastOneGiven)
 {
     start({.width = 900, .height = 700, .more = {"-w", "640,480"}});
@@ -88,6 +103,14 @@ TEST_F(Start, DrawsAboutThirtyFramesASecondWhenIdle)
     EXPECT_GE(most, 18);
     EXPECT_LE(most, 34);
     expect_good_end();
+}
+
+TEST_F(Start, EndsWithStatusZeroWhenItsWindowIsClosed)
+{
+    start({.width = 800, .height = 600});
+    screen->close_window(window);
+    EXPECT_EQ(vimbo->wait_for_end(), 0);
+    EXPECT_EQ(printed(), "");
 }
 
 TEST_F(Start, EndsAtThePressOfItsQuitButton)

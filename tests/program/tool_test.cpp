@@ -1,5 +1,6 @@
 // The evaluator and the statistics tool, as the operator starts them.
 #include "tests/program/desk.hpp"
+#include "tests/support/child_watch.hpp"
 
 #include <signal.h>
 
@@ -298,6 +299,25 @@ TEST_F(Statistics, KeepTheirFiguresWhenTheToolFails)
     awaited_arguments("plimb");
     screen->settle();
     EXPECT_TRUE(shows_columns(0.75F, 0.25F));
+    expect_good_end();
+}
+
+TEST_F(Statistics, AreZeroAfterWordsInAFreshProgram)
+{
+    tools.put("plimb", "say 'no mosaic'");
+    start({.statistics = true});
+    choose_moves();
+    struct nk_rect chart = {};
+    for (const drawn_rectangle &box : hand->panels().rectangles())
+        if (box.colour.r == picture_background.red && box.colour.g == picture_background.green)
+            chart = box.bounds;
+    ASSERT_GT(chart.w, 100);
+    hand->press("↻");
+    awaited_arguments("plimb");
+    EXPECT_TRUE(wait_until([this] { return children_of(vimbo->id()) == 0; }));
+    screen->settle();
+    EXPECT_GT(count(chart, picture_background), 10000);
+    EXPECT_EQ(count(chart, mark_colour), 0);
     expect_good_end();
 }
 

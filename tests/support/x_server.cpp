@@ -306,6 +306,36 @@ unsigned int x_server::code_of(unsigned long symbol, bool &shift) const
     return spare;
 }
 
+namespace
+{
+
+KeySym symbol_called(std::string_view name)
+{
+    const KeySym symbol = XStringToKeysym(std::string(name).c_str());
+    if (symbol == NoSymbol)
+        throw std::runtime_error("no key is called " + std::string(name));
+    return symbol;
+}
+
+} // namespace
+
+void x_server::relabel(std::string_view key, std::string_view symbol) const
+{
+    const KeyCode code = XKeysymToKeycode(display, symbol_called(key));
+    KeySym symbols[2] = {symbol_called(symbol), symbol_called(symbol)};
+    XChangeKeyboardMapping(display, code, 2, symbols, 1);
+    XSync(display, False);
+    // Xlib looks its own copy up, which is older than the change.
+    XMappingEvent change = {};
+    change.type = MappingNotify;
+    change.display = display;
+    change.request = MappingKeyboard;
+    change.first_keycode = code;
+    change.count = 1;
+    XRefreshKeyboardMapping(&change);
+    settle();
+}
+
 void x_server::key(std::string_view name) const
 {
     hold_key(name, {});
@@ -313,25 +343,22 @@ void x_server::key(std::string_view name) const
 
 void x_server::hold_key(std::string_view name, std::chrono::milliseconds time) const
 {
-    unsigned int modifier = 0;
+    std::vector<unsigned int> modifiers;
     for (const auto &[prefix, symbol] :
          {std::pair("ctrl+", XK_Control_L), std::pair("shift+", XK_Shift_L)})
         if (name.starts_with(prefix)) {
             name.remove_prefix(std::strlen(prefix));
-            modifier = XKeysymToKeycode(display, static_cast<KeySym>(symbol));
+            modifiers.push_back(XKeysymToKeycode(display, static_cast<KeySym>(symbol)));
         }
-    const KeySym symbol = XStringToKeysym(std::string(name).c_str());
-    if (symbol == NoSymbol)
-        throw std::runtime_error("no key is called " + std::string(name));
     bool shift = false;
-    const unsigned int code = code_of(symbol, shift);
-    if (modifier != 0)
+    const unsigned int code = code_of(symbol_called(name), shift);
+    for (const unsigned int modifier : modifiers)
         send_key(modifier, true);
     send_key(code, true);
     std::this_thread::sleep_for(time);
     settle();
     send_key(code, false);
-    if (modifier != 0)
+    for (const unsigned int modifier : modifiers)
         send_key(modifier, false);
     settle();
 }

@@ -80,11 +80,13 @@ public:
     /// Down long enough for a frame to see it.
     void click(point at, int button = 1) const;
     void scroll(int notches) const;
-    /// A key by its X name, such as "Return", "ctrl+a" or "shift+End".
+    /// A key by its X name, such as "Return", "ctrl+a" or "ctrl+shift+z".
     void key(std::string_view name) const;
     /// The same, held down for so long: the X server repeats it.
     void hold_key(std::string_view name, std::chrono::milliseconds time) const;
     void type(std::u32string_view text) const;
+    /// Gives the key that had one X name another one, as a keyboard's layout does.
+    void relabel(std::string_view key, std::string_view symbol) const;
 
     image screenshot() const;
 

@@ -272,4 +272,54 @@ TEST_F(Plimb, TellsWhatIsNoMosaic)
     EXPECT_EQ(run(VIMBO_PLIMB " 2>/dev/null").status, 1);
 }
 
+TEST_F(Plimb, TellsAMosaicThatDoesNotFitIntoItsMemory)
+{
+    write_file(place.file("0.mmv"), "");
+    std::filesystem::resize_file(place.file("0.mmv"), std::uintmax_t{1} << 33);
+    const outcome result = run("ulimit -v 1000000; exec " VIMBO_PLIMB " " + place.file("0.mmv") +
+                               " 2>" + place.file("fault"));
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(read_file(place.file("fault")), "plimb: " + place.file("0.mmv") + ": no mosaic\n");
+}
+
+TEST_F(Plimb, LeavesWindowsOfNoLengthOut)
+{
+    // 32 jumps in one place, then 32 marks to the right: one straight window counts.
+    std::vector<vimbo::path_vertex> points(32, {0, 0});
+    for (int i = 1; i <= 32; ++i)
+        points.push_back({i * 1000, 1});
+    const std::vector<double> figures = numbers_of(measure(mosaic_bytes(points)).output);
+    ASSERT_EQ(figures.size(), 50U);
+    EXPECT_NEAR(figures[31], 1, 1e-6);
+}
+
+TEST_F(Mero, TellsAMosaicThatCannotTakeItsPlace)
+{
+    std::filesystem::create_directories(place.file("0.mmv"));
+    const outcome result = integrate("-s 35", square);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
+        << result.output;
+    for (const auto &entry : std::filesystem::directory_iterator(place.path()))
+        EXPECT_EQ(entry.path().filename().string().find("0.mmv."), std::string::npos)
+            << "a half of it is left behind";
+}
+
+TEST_F(Mero, TellsThatItHasNoMemoryForMoves)
+{
+    write_file(place.file("source"), square);
+    const outcome result = run("ulimit -v 500000; exec " VIMBO_MERO " -S " + place.file("source"));
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.output.find("not enough memory for the moves"), std::string::npos)
+        << result.output;
+}
+
+TEST_F(Mero, TellsThatASourceTakesTooMuchMemory)
+{
+    const outcome result = evaluate("-S", "string.rep('x', 0x7fffffff)");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.output.find("not enough memory"), std::string::npos) << result.output;
+}
+
 } // namespace

@@ -158,4 +158,14 @@ TEST_F(History, UndoesAndRedoesThousandsOfRandomEditsExactly)
     EXPECT_TRUE(text == last);
 }
 
+TEST_F(History, IsClearedByAChangeThatItHasNoRoomFor)
+{
+    edit("one");
+    edit(std::string(vimbo::history_bytes, 'x'));
+    EXPECT_FALSE(undo());
+    EXPECT_FALSE(redo());
+    edit("two");
+    EXPECT_FALSE(undo()) << "what was too large comes back no more";
+}
+
 } // namespace

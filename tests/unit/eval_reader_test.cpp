@@ -1,8 +1,11 @@
 #include "jobs/eval_reader.hpp"
 #include "jobs/evaluation.hpp"
+#include "ui/fixed_text.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <memory>
 #include <string>
 
 namespace
@@ -66,6 +69,28 @@ TEST(StatusLine, TellsTheExitStatus)
     EXPECT_EQ(vimbo::status_line(-1), "Status: abnormal.\n");
     EXPECT_EQ(vimbo::status_line(1), "Status: error.\n");
     EXPECT_EQ(vimbo::status_line(254), "Status: error.\n");
+}
+
+TEST(EvalReader, MarksOutputThatCannotBeRead)
+{
+    const cookie_io_functions_t broken = {[](void *, char *, std::size_t) -> ssize_t { return -1; },
+                                          nullptr, nullptr, nullptr};
+    FILE *stream = fopencookie(nullptr, "r", broken);
+    ASSERT_NE(stream, nullptr);
+    EXPECT_STREQ(static_cast<const char *>(vimbo::eval_reader(stream)), "...\n");
+    std::fclose(stream);
+}
+
+TEST(Progress, LeavesATypedLastCharacterAlone)
+{
+    const auto evaluation = std::make_unique<vimbo::evaluation_state>();
+    evaluation->eval_job.pipe = stdin; // something runs
+    for (const std::size_t length : {64U, 65U}) {
+        const std::string typed = std::string(length - 1, '.') + 'x';
+        vimbo::set_text(evaluation->eval_text, typed);
+        vimbo::animate_progress(*evaluation);
+        EXPECT_EQ(evaluation->eval_text, typed);
+    }
 }
 
 } // namespace

@@ -302,4 +302,21 @@ TEST_F(FontFile, IsBakedWhereverItIsTakenWithBytesChangedAtRandom)
     EXPECT_LT(taken, rounds);
 }
 
+TEST_F(Font, WithoutControlCharactersIsLeftAsItIs)
+{
+    struct nk_font_config config = nk_font_config(16);
+    config.range = nk_font_default_glyph_ranges();
+    font = nk_font_atlas_add_from_file(&atlas, VIMBO_FONT, 16, &config);
+    ASSERT_NE(font, nullptr);
+    int width = 0;
+    int height = 0;
+    nk_font_atlas_bake(&atlas, &width, &height, NK_FONT_ATLAS_ALPHA8);
+    nk_font_atlas_end(&atlas, nk_handle_id(0), nullptr);
+    const nk_font_glyph before = glyph('?');
+    vimbo::blank_control_characters(font);
+    EXPECT_EQ(glyph('?').codepoint, before.codepoint);
+    EXPECT_EQ(glyph('?').w, before.w);
+    EXPECT_EQ(glyph('\t').codepoint, before.codepoint) << "what has no glyph shows as this";
+}
+
 } // namespace
