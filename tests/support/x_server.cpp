@@ -325,6 +325,11 @@ void x_server::hold_key(std::string_view name, std::chrono::milliseconds time) c
         throw std::runtime_error("no key is called " + std::string(name));
     bool shift = false;
     const unsigned int code = code_of(symbol, shift);
+    // A key that is only down until a slow frame has seen it must not repeat.
+    if (time.count() == 0)
+        XAutoRepeatOff(display);
+    else
+        XAutoRepeatOn(display);
     if (modifier != 0)
         send_key(modifier, true);
     send_key(code, true);
