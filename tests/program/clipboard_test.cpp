@@ -102,7 +102,7 @@ TEST_F(Clipboard, PastesALargeTextWholeOrInPieces)
 TEST_F(Clipboard, PastesOfAHugeTextWhatFits)
 {
     const std::string huge = numbered_lines(300000);
-    for (const std::size_t piece : {0, 50000}) {
+    for (const std::size_t piece : {0U, 50000U}) {
         start_and_paste();
         put({.text = huge, .piece = piece});
         paste();
