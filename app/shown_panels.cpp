@@ -54,7 +54,8 @@ struct nk_rect popup_of(nk_context *context)
         const auto *frame = reinterpret_cast<const nk_command_rect *>(command);
         if (command->type == NK_COMMAND_RECT && frame->x == static_cast<int>(most.x) &&
             frame->y == static_cast<int>(most.y) && frame->w == static_cast<unsigned int>(most.w))
-            found = nk_recti(frame->x - 1, frame->y - 1, frame->w + 2, frame->h + 2);
+            found = nk_recti(frame->x - 1, frame->y - 1, static_cast<int>(frame->w) + 2,
+                             static_cast<int>(frame->h) + 2);
     }
     return found;
 }

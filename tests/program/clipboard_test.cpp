@@ -90,24 +90,24 @@ TEST_F(Clipboard, PastesALargeTextWholeOrInPieces)
     start_and_paste();
     put({.text = large});
     paste();
-    EXPECT_EQ(evaluated_text(), "here: " + large);
+    EXPECT_TRUE(evaluated_text() == "here: " + large);
     screen->click(hand->editor());
     screen->key("ctrl+a");
     put({.text = large, .piece = 4000});
     paste();
-    EXPECT_EQ(evaluated_text(), large);
+    EXPECT_TRUE(evaluated_text() == large);
     expect_good_end();
 }
 
 TEST_F(Clipboard, PastesOfAHugeTextWhatFits)
 {
     const std::string huge = numbered_lines(300000);
-    for (const std::size_t piece : {0, 50000}) {
+    for (const std::size_t piece : {0U, 50000U}) {
         start_and_paste();
         put({.text = huge, .piece = piece});
         paste();
         // An insertion leaves the last byte free.
-        EXPECT_EQ(evaluated_text(), ("here: " + huge).substr(0, 65535)) << piece;
+        EXPECT_TRUE(evaluated_text() == ("here: " + huge).substr(0, 65535)) << piece;
         expect_good_end();
         owner.reset();
     }
@@ -130,7 +130,7 @@ TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangs)
     paste();
     paste();
     EXPECT_EQ(evaluated_text(), "here: ");
-    EXPECT_GE(owner->requests(), 2) << "and more while the key is down";
+    EXPECT_EQ(owner->requests(), 2);
     put({.text = "seen"});
     screen->click(hand->editor());
     screen->key("End");
@@ -145,7 +145,7 @@ TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangsHalfWay)
     put({.text = "the whole text", .piece = 4, .pieces = 2});
     paste();
     EXPECT_EQ(evaluated_text(), "here: ");
-    EXPECT_GE(owner->requests(), 1);
+    EXPECT_EQ(owner->requests(), 1);
     expect_good_end();
 }
 

@@ -18,6 +18,12 @@ float text_width(nk_handle /*user*/, float /*height*/, const char *text, int len
     return glyph_width * static_cast<float>(nk_utf_len(text, length));
 }
 
+template <typename drawing>
+struct nk_rect rect_of(const drawing &command)
+{
+    return nk_recti(command.x, command.y, static_cast<int>(command.w), static_cast<int>(command.h));
+}
+
 } // namespace
 
 panel_bench::panel_bench(int width, int height) : state(std::make_unique<vimbo::app_state>())
@@ -80,13 +86,13 @@ void panel_bench::collect_drawing()
     {
         if (command->type == NK_COMMAND_RECT_FILLED) {
             const auto *box = reinterpret_cast<const nk_command_rect_filled *>(command);
-            filled.push_back({nk_recti(box->x, box->y, box->w, box->h), box->color});
+            filled.push_back({rect_of(*box), box->color});
         }
         if (command->type != NK_COMMAND_TEXT)
             continue;
         const auto *text = reinterpret_cast<const nk_command_text *>(command);
-        drawn.push_back({std::string(text->string, static_cast<std::size_t>(text->length)),
-                         nk_recti(text->x, text->y, text->w, text->h)});
+        drawn.push_back(
+            {std::string(text->string, static_cast<std::size_t>(text->length)), rect_of(*text)});
     }
 }
 

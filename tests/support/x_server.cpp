@@ -352,6 +352,11 @@ void x_server::hold_key(std::string_view name, std::chrono::milliseconds time) c
         }
     bool shift = false;
     const unsigned int code = code_of(symbol_called(name), shift);
+    // A key that is only down until a slow frame has seen it must not repeat.
+    if (time.count() == 0)
+        XAutoRepeatOff(display);
+    else
+        XAutoRepeatOn(display);
     for (const unsigned int modifier : modifiers)
         send_key(modifier, true);
     send_key(code, true);

@@ -165,7 +165,7 @@ TEST_F(SourceEditor, KeepsItsPlaceWhenItIsClickedAgain)
 TEST_F(SourceEditor, ShowsTheCursorAtOnceHoweverLongTheLine)
 {
     constexpr float glyph_width = 8;
-    for (const std::size_t length : {1000, 60000}) {
+    for (const std::size_t length : {1000U, 60000U}) {
         load(std::string(length, 'x'));
         click_into();
         press(NK_KEY_TEXT_END);
