@@ -15,14 +15,15 @@ constexpr colour ink = {175, 175, 175};
 
 image sheet()
 {
-    return {24, 16, std::vector<colour>(24 * 16, ground)};
+    return {24, 16, std::vector<colour>(std::size_t{24} * 16, ground)};
 }
 
 void draw(image &picture, int x, int y, int width, int height, colour with)
 {
     for (int row = y; row < y + height; ++row)
         for (int column = x; column < x + width; ++column)
-            picture.pixels[static_cast<std::size_t>(row * picture.width + column)] = with;
+            picture.pixels[static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.width) +
+                           static_cast<std::size_t>(column)] = with;
 }
 
 image stroke(int x, int y, int width, int height, colour with = ink)
