@@ -113,7 +113,7 @@ double in_mm(double length)
 
 void print_summary(const move_list &moves, const path_summary &path)
 {
-    const std::size_t count = moves.moves().size();
+    const std::size_t count = moves.move_count();
     std::printf("%zu moves: %zu marks, %zu jumps\n", count, moves.mark_count(),
                 count - moves.mark_count());
     std::printf("marks %.3f mm, jumps %.3f mm\n", in_mm(path.mark_length),
@@ -152,7 +152,7 @@ std::optional<int> make_moves(const request &wanted, move_list &moves,
 
 int run_evaluation(const request &wanted)
 {
-    move_list moves;
+    move_list moves(wanted.print_moves ? move_use::kept : move_use::handed_on);
     path_summary path;
     const auto sum_up = [&](std::span<const vimbo::path_vertex> some) { add_moves(path, some); };
     if (const std::optional<int> end = make_moves(wanted, moves, sum_up))
@@ -169,7 +169,7 @@ int run_integration(const request &wanted)
     mosaic_writer mosaic(wanted.mosaic);
     if (!mosaic.fault().empty())
         return fail(mosaic.fault());
-    move_list moves;
+    move_list moves(wanted.centre ? move_use::kept : move_use::handed_on);
     path_summary path;
     // What is to be centred can be written only when all of it is known.
     const auto take = [&](std::span<const vimbo::path_vertex> some) {
@@ -187,7 +187,7 @@ int run_integration(const request &wanted)
     const std::string fault = mosaic.finish();
     if (!fault.empty())
         return fail(fault);
-    std::printf("%zu moves written to %s\n", moves.moves().size(), wanted.mosaic.c_str());
+    std::printf("%zu moves written to %s\n", moves.move_count(), wanted.mosaic.c_str());
     return status_ok;
 }
 

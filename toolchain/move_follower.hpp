@@ -10,6 +10,8 @@
 namespace toolchain
 {
 
+/// Follows the list from its beginning to its close, which is at the follower's
+/// end: then all moves are taken.
 class move_follower
 {
 public:
@@ -21,17 +23,12 @@ public:
     move_follower(const move_follower &) = delete;
     move_follower &operator=(const move_follower &) = delete;
 
-    /// To be called once the source has ended: returns when all is taken.
-    void finish();
-
 private:
     void follow();
-    void take_up_to(std::size_t count);
 
     move_list &moves;
     taker take;
-    std::size_t taken = 0;
-    std::jthread thread; // none where the system grants none: finish takes all
+    std::thread thread;
 };
 
 } // namespace toolchain

@@ -2,6 +2,7 @@
 
 #include <sys/mman.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace toolchain
@@ -10,7 +11,9 @@ namespace toolchain
 namespace
 {
 
-constexpr std::size_t reserved_bytes = max_moves * sizeof(vimbo::path_vertex);
+// Of moves that are handed on: enough for neither thread to wait for the other at
+// every block.
+constexpr std::size_t moves_handed_on = std::size_t{1} << 18;
 
 bool is_mark(const vimbo::path_vertex &move)
 {
@@ -19,21 +22,22 @@ bool is_mark(const vimbo::path_vertex &move)
 
 } // namespace
 
-move_list::move_list()
+move_list::move_list(move_use use) : capacity(use == move_use::kept ? max_moves : moves_handed_on)
 {
-    void *memory = mmap(nullptr, reserved_bytes, PROT_READ | PROT_WRITE,
+    static_assert(max_moves % moves_at_a_time == 0 && moves_handed_on % moves_at_a_time == 0);
+    const std::size_t size = capacity * sizeof(vimbo::path_vertex);
+    void *memory = mmap(nullptr, size, PROT_READ | PROT_WRITE,
                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (memory == MAP_FAILED)
         return;
-    // Page by page, its first use costs as much as the moves themselves.
-    madvise(memory, reserved_bytes, MADV_HUGEPAGE);
+    madvise(memory, size, MADV_HUGEPAGE);
     first = static_cast<vimbo::path_vertex *>(memory);
 }
 
 move_list::~move_list()
 {
     if (first != nullptr)
-        munmap(first, reserved_bytes);
+        munmap(first, capacity * sizeof(vimbo::path_vertex));
 }
 
 void move_list::centre(const move_extents &extents)
@@ -53,33 +57,47 @@ std::span<const vimbo::path_vertex> move_list::moves() const
     return {first, count};
 }
 
+std::size_t move_list::move_count() const
+{
+    return count;
+}
+
 std::size_t move_list::mark_count() const
 {
     return marks;
 }
 
-void move_list::close()
-{
-    published_count.store(closed, std::memory_order_release);
-    published_count.notify_all();
-}
-
+// At the end of a block.
 void move_list::publish()
 {
-    published_count.store(count, std::memory_order_release);
-    published_count.notify_all();
+    published.store(count, std::memory_order_release);
+    published.notify_one();
+    // The next block's memory may still be read.
+    std::size_t done = released.load(std::memory_order_acquire);
+    while (count + moves_at_a_time > done + capacity) {
+        released.wait(done, std::memory_order_acquire);
+        done = released.load(std::memory_order_acquire);
+    }
 }
 
-std::size_t move_list::await_more_than(std::size_t known) const
+void move_list::close()
 {
-    published_count.wait(known, std::memory_order_acquire);
-    const std::size_t now = published_count.load(std::memory_order_acquire);
-    return now == closed ? 0 : now;
+    published.store(count | closed, std::memory_order_release);
+    published.notify_one();
 }
 
-std::span<const vimbo::path_vertex> move_list::published(std::size_t from, std::size_t to) const
+std::span<const vimbo::path_vertex> move_list::await_block(std::size_t taken) const
 {
-    return {first + from, to - from};
+    published.wait(taken, std::memory_order_acquire);
+    const std::size_t there = published.load(std::memory_order_acquire) & ~closed;
+    // A block never lies across the end of the memory.
+    return {first + taken % capacity, std::min(there - taken, moves_at_a_time)};
+}
+
+void move_list::release(std::size_t taken)
+{
+    released.store(taken, std::memory_order_release);
+    released.notify_one();
 }
 
 } // namespace toolchain

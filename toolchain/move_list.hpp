@@ -18,12 +18,16 @@ inline constexpr std::size_t max_moves = std::size_t{1} << 28;
 /// What stopped a move from being taken.
 enum class move_fault { none, coordinate_range, too_many, no_memory };
 
-/// Grows at its end only; its memory is reserved once and filled as needed. One
-/// thread appends, and another may read what is published meanwhile.
+/// What becomes of the moves: memory that is used for the first time costs as much
+/// as the making of a move, so it is used again where they need not be kept.
+enum class move_use { kept, handed_on };
+
+/// Grows at its end only. One thread appends, another is handed the moves on, a
+/// block at a time; the first waits for it when all memory is in use.
 class move_list
 {
 public:
-    move_list();
+    explicit move_list(move_use use);
     ~move_list();
     move_list(const move_list &) = delete;
     move_list &operator=(const move_list &) = delete;
@@ -38,8 +42,9 @@ public:
             return move_fault::too_many;
         if (first == nullptr)
             return move_fault::no_memory;
-        first[count++] = {static_cast<vimbo::length_unit>(std::lrint(x)),
-                          with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
+        first[count++ % capacity] = {
+            static_cast<vimbo::length_unit>(std::lrint(x)),
+            with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
         marks += mark ? 1 : 0;
         if (count % moves_at_a_time == 0)
             publish();
@@ -50,16 +55,19 @@ public:
     /// the origin.
     void centre(const move_extents &extents);
 
-    /// All moves; for the appending thread, or once the list is closed.
+    /// All moves, where they are kept.
     std::span<const vimbo::path_vertex> moves() const;
+    std::size_t move_count() const;
     std::size_t mark_count() const;
 
-    /// Once the last move is made: nobody waits for more.
+    /// To be called by the appending thread after the last move.
     void close();
-    /// For the other thread: waits for more moves than so many and gives their
-    /// number, or 0 once the list is closed.
-    std::size_t await_more_than(std::size_t known) const;
-    std::span<const vimbo::path_vertex> published(std::size_t from, std::size_t to) const;
+    /// For the other thread: the moves that follow the first so many, at most one
+    /// block of them; waits until there are any. None once the list is closed and
+    /// there are no more.
+    std::span<const vimbo::path_vertex> await_block(std::size_t taken) const;
+    /// The first so many are no longer needed.
+    void release(std::size_t taken);
 
 private:
     // Its nearest whole number is a coordinate: a half goes to the even one. False
@@ -78,11 +86,14 @@ private:
 
     // Small enough to be still in the processor's cache when it is read.
     static constexpr std::size_t moves_at_a_time = std::size_t{1} << 14;
-    static constexpr std::size_t closed = ~std::size_t{0};
 
-    std::atomic<std::size_t> published_count = 0;
+    static constexpr std::size_t closed = ~(~std::size_t{0} >> 1);
+
+    std::size_t capacity;                // a multiple of a block
     vimbo::path_vertex *first = nullptr; // null when the system grants no memory
     std::size_t count = 0;
+    std::atomic<std::size_t> published = 0; // moves; once closed with the bit below
+    std::atomic<std::size_t> released = 0;
     std::size_t marks = 0;
 };
 

@@ -309,7 +309,8 @@ TEST_F(Mero, TellsAMosaicThatCannotTakeItsPlace)
 TEST_F(Mero, TellsThatItHasNoMemoryForMoves)
 {
     write_file(place.file("source"), square);
-    const outcome result = run("ulimit -v 500000; exec " VIMBO_MERO " -S " + place.file("source"));
+    const outcome result =
+        run("ulimit -v 500000; exec " VIMBO_MERO " -S -r " + place.file("source"));
     EXPECT_EQ(result.status, 1);
     EXPECT_NE(result.output.find("not enough memory for the moves"), std::string::npos)
         << result.output;
