@@ -17,7 +17,7 @@ namespace
 constexpr double frame_wait = 1.0 / 30.0; // seconds without an event
 // A frame may take that much longer while a picture is drawn in slices, or the
 // frames between them would hold it up.
-constexpr double slices_time = 1.0 / 20.0;
+constexpr double slices_time = 1.0 / 25.0;
 
 // Waits for input or for the next frame's time; a picture that is not whole is
 // drawn on meanwhile.

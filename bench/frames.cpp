@@ -84,10 +84,12 @@ figures measure(x_server &screen, const std::string &tray, const std::string &lo
     const frame_times rest = at_rest(vimbo, 3);
     result.rest_work = median(rest.work);
     result.rest_interval = median(rest.intervals);
-    measure_drags(screen, vimbo, result);
-    result.replay_interval = while_replaying(screen, vimbo);
     result.hover_work = hover_work(screen, vimbo);
     result.typing_work = typing_work(screen, vimbo);
+    screen.move(vimbo.middle());
+    vimbo.settle(now());
+    measure_drags(screen, vimbo, result);
+    result.replay_interval = while_replaying(screen, vimbo); // goes on after it
     return result;
 }
 

@@ -108,15 +108,54 @@ void finish_picture(kept_picture &kept)
         std::swap(kept.shown, kept.next);
 }
 
+double now()
+{
+    return seconds(steady_clock::now().time_since_epoch()).count();
+}
+
 // Aims the next slice at its time, in steps, as lines differ in what they cost.
-void learn(kept_picture &kept, std::int32_t vertices, double time)
+void learn(kept_picture &kept, std::int32_t last_slice, double vertices, double time)
 {
     constexpr double largest_step = 4;
     kept.vertices_per_second = vertices / std::max(time, 1e-9);
     const double aim = kept.vertices_per_second * slice_time;
-    const double most = std::min(aim, vertices * largest_step);
+    const double most = std::min(aim, last_slice * largest_step);
     kept.slice_vertices =
         static_cast<std::int32_t>(std::clamp(most, double{least_slice}, double{1 << 30}));
+}
+
+// What comes next is no longer the work of slices alone.
+void end_batch(kept_picture &kept)
+{
+    glDeleteSync(kept.last_slice);
+    kept.last_slice = nullptr;
+    kept.batch_vertices = 0;
+}
+
+// Waits for the slice before this one. This one is left to the driver meanwhile: a
+// software renderer sorts lines on one processor and draws them on all, which would
+// have to idle in turn if each slice were waited for at once.
+void time_slice(kept_picture &kept, std::int32_t vertices, double start)
+{
+    constexpr GLuint64 a_second = 1000000000;
+    const GLsync end = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
+    glFlush();
+    const bool first = kept.last_slice == nullptr;
+    if (first)
+        kept.batch_start = start;
+    else
+        glClientWaitSync(kept.last_slice, 0, a_second);
+    glDeleteSync(kept.last_slice);
+    kept.last_slice = end;
+    const double time = now() - kept.batch_start;
+    // The last one's beginning counts without its vertices: rather too short a slice
+    // than too long a frame. The first one alone tells something only when its
+    // beginning takes too long.
+    if (!first)
+        learn(kept, vertices, static_cast<double>(kept.batch_vertices), time);
+    else if (time > slice_time)
+        learn(kept, vertices, vertices, time);
+    kept.batch_vertices += vertices;
 }
 
 // Part of an axis in normalised device units that both pictures have, as pixels
@@ -217,6 +256,7 @@ bool want_picture(kept_picture &kept, const picture_source &source, const pictur
 {
     kept.wanted = view;
     kept.wanted_vertices = vertices;
+    end_batch(kept);
     if (!begin_picture(kept)) {
         // Without one of the layers the other is of no use, and nothing of it is
         // to be drawn between frames.
@@ -228,9 +268,8 @@ bool want_picture(kept_picture &kept, const picture_source &source, const pictur
     const double missing = vertices - layer_under_way(kept).drawn;
     const bool too_many =
         kept.vertices_per_second > 0 && missing > kept.vertices_per_second * frame_time;
-    const auto start = steady_clock::now();
-    while (is_unfinished(kept) && !too_many &&
-           seconds(steady_clock::now() - start).count() < frame_time)
+    const double start = now();
+    while (is_unfinished(kept) && !too_many && now() - start < frame_time)
         draw_slice(kept, source);
     return true;
 }
@@ -248,17 +287,15 @@ void draw_slice(kept_picture &kept, const picture_source &source)
     const std::int32_t missing = kept.wanted_vertices - layer.drawn;
     const std::int32_t count =
         std::min(missing, kept.slice_vertices > 0 ? kept.slice_vertices : first_slice);
-    const auto start = steady_clock::now();
+    const double start = now();
     begin_drawing(layer);
     // From the last vertex that is drawn: the first segment starts there.
     const std::int32_t first = std::max(layer.drawn - 1, 0);
     draw_path_range(source.program, kept.wanted.matrix, source.mosaic.mosaic_vao, first,
                     layer.drawn + count - first, mosaic_colours);
     end_drawing();
-    if (count >= least_slice) {
-        glFinish(); // without it the time would be that of asking only
-        learn(kept, count, seconds(steady_clock::now() - start).count());
-    }
+    if (count >= least_slice)
+        time_slice(kept, count, start);
     layer.drawn += count;
     finish_picture(kept);
 }

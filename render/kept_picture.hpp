@@ -50,7 +50,14 @@ struct kept_picture {
     picture_view wanted;
     std::int32_t wanted_vertices;
     std::int32_t slice_vertices; // of the next slice
-    double vertices_per_second;  // of the last slice; 0 before the first
+    double vertices_per_second;  // of the last timed slice; 0 before the first
+
+    /// Of the slices that are drawn without a frame between them: the end of the
+    /// last one, null before the first, their vertices, and when they began, in
+    /// seconds.
+    GLsync last_slice;
+    std::int64_t batch_vertices;
+    double batch_start;
 };
 
 /// The mosaic and the program it is drawn with.
