@@ -86,7 +86,8 @@ int main(int argument_count, char *arguments[])
     }
     try {
         x_server screen(1920, 1300);
-        setenv("DISPLAY", screen.name().c_str(), 1);
+        const x_server beside; // its window is not to be taken for the program's
+        setenv("DISPLAY", beside.name().c_str(), 1);
         static vimbo::app_state app;
         if (vimbo::open_window(app) == nullptr)
             throw std::runtime_error("no window");

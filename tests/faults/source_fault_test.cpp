@@ -105,9 +105,6 @@ TEST_F(SourceFault, OfAGigabyteArrivesAsFarAsItFits)
 
 TEST_F(SourceFault, OfOneLongLineIsAllThere)
 {
-#if defined(__SANITIZE_ADDRESS__)
-    GTEST_SKIP() << "the toolkit casts a line's width to 16 bits, which the sanitizer reports";
-#endif
     write_file(source("line"), std::string(65536, 'x'));
     pick_and_expect("line", std::string(65536, 'x'));
     desk.click(point{14, 52});
