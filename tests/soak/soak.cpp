@@ -41,12 +41,15 @@ struct desk {
         write_script(tools.file("plimb"), "printf x >>" + tools.file("runs") +
                                               "\nfor i in 1 2 3 4 5 6 7 8 9 10; do "
                                               "echo .5 .5 .5 .5 .5; done\n");
-        vimbo.emplace(
-            program::options{.arguments = {program_path, "-s", sources, "-t", tray, "-w",
-                                           std::to_string(width) + ',' + std::to_string(height)},
-                             .environment = {"DISPLAY=" + screen.name()},
-                             .directory = place.path().string(),
-                             .output = place.file("output")});
+        vimbo.emplace(program::options{
+            .arguments = {program_path, "-s", sources, "-t", tray, "-w",
+                          std::to_string(width) + ',' + std::to_string(height)},
+            // With memory given back at once: what the renderer's
+            // work leaves in the heap hangs on the machine's load.
+            .environment = {"DISPLAY=" + screen.name(), "MALLOC_ARENA_MAX=1",
+                            "MALLOC_MMAP_THRESHOLD_=32768", "MALLOC_TRIM_THRESHOLD_=65536"},
+            .directory = place.path().string(),
+            .output = place.file("output")});
         window = wait_for_window(screen);
         hand.emplace(screen, desk_operator::desk{width, height, sources, tray});
     }
