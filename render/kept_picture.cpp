@@ -138,7 +138,7 @@ void end_batch(kept_picture &kept)
 void time_slice(kept_picture &kept, std::int32_t vertices, double start)
 {
     constexpr GLuint64 a_second = 1000000000;
-    const GLsync end = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
+    GLsync end = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
     glFlush();
     const bool first = kept.last_slice == nullptr;
     if (first)
