@@ -155,20 +155,146 @@ std::size_t line_start(std::string_view text, std::size_t from, int lines)
     return start;
 }
 
+// Byte behind the last character of the line that the byte at `from` is in.
+std::size_t line_end(std::string_view text, std::size_t from)
+{
+    return std::min(text.find('\n', from), text.size());
+}
+
+float width_of(const nk_user_font &font, std::string_view text)
+{
+    return font.width(font.userdata, font.height, text.data(), static_cast<int>(text.size()));
+}
+
+bool is_selecting(const nk_context *context)
+{
+    return context->input.keyboard.keys[NK_KEY_SHIFT].down != 0;
+}
+
+// Byte where a movement begins: a selection that is given up is left at the end
+// that the movement goes toward.
+std::size_t origin(const nk_context *context, const nk_text_edit &edit, std::string_view text,
+                   bool forward)
+{
+    if (is_selecting(context) || edit.select_start == edit.select_end)
+        return byte_at(text, edit.cursor);
+    return byte_at(text, forward ? std::max(edit.select_start, edit.select_end)
+                                 : std::min(edit.select_start, edit.select_end));
+}
+
+void move_cursor(const nk_context *context, nk_text_edit &edit, std::string_view text,
+                 std::size_t to)
+{
+    if (edit.select_start == edit.select_end)
+        edit.select_start = edit.cursor;
+    edit.cursor = characters_in(text.substr(0, to));
+    edit.select_end = edit.cursor;
+    if (!is_selecting(context))
+        edit.select_start = edit.cursor;
+    edit.has_preferred_x = 0;
+}
+
 void move_by_page(nk_context *context, nk_text_edit &edit, std::string_view text, int rows)
 {
     const bool up = take_key(context, NK_KEY_SCROLL_UP);
     const bool down = take_key(context, NK_KEY_SCROLL_DOWN);
+    if (up != down)
+        move_cursor(context, edit, text,
+                    line_start(text, byte_at(text, edit.cursor), up ? -rows : rows));
+}
+
+// Byte of the character in the line that begins at `start` that is the last one
+// to begin no further right than x.
+std::size_t byte_at_x(std::string_view text, std::size_t start, float x, const nk_user_font &font)
+{
+    const std::size_t end = line_end(text, start);
+    std::size_t at = start;
+    float right = 0;
+    while (at < end) {
+        nk_rune character = 0;
+        const int length = nk_utf_decode(text.data() + at, &character, static_cast<int>(end - at));
+        const auto bytes = static_cast<std::size_t>(std::max(length, 1));
+        right += width_of(font, text.substr(at, bytes));
+        if (right > x)
+            break;
+        at += bytes;
+    }
+    return at;
+}
+
+// For this and the movements below the toolkit counts from the text's beginning for
+// every character of a line, which takes a tenth of a second at the end of a long
+// text, and seconds in a long line.
+void move_by_row(nk_context *context, nk_text_edit &edit, std::string_view text,
+                 const nk_user_font &font)
+{
+    const bool up = take_key(context, NK_KEY_UP);
+    const bool down = take_key(context, NK_KEY_DOWN);
     if (up == down)
         return;
-    if (edit.select_start == edit.select_end)
-        edit.select_start = edit.cursor;
-    const std::size_t at = line_start(text, byte_at(text, edit.cursor), up ? -rows : rows);
-    edit.cursor = characters_in(text.substr(0, at));
-    edit.select_end = edit.cursor;
-    if (context->input.keyboard.keys[NK_KEY_SHIFT].down == 0)
-        edit.select_start = edit.cursor;
-    edit.has_preferred_x = 0;
+    const std::size_t from = origin(context, edit, text, down);
+    const std::size_t start = line_start(text, from, 0);
+    const std::size_t to = line_start(text, from, up ? -1 : 1);
+    const float x = edit.has_preferred_x != 0 ? edit.preferred_x
+                                              : width_of(font, text.substr(start, from - start));
+    // Beyond the first and the last line there is only the text's own end.
+    std::size_t target = up ? 0 : text.size();
+    if (to != start)
+        target = byte_at_x(text, to, x, font);
+    move_cursor(context, edit, text, target);
+    edit.has_preferred_x = 1;
+    edit.preferred_x = x;
+}
+
+void move_in_line(nk_context *context, nk_text_edit &edit, std::string_view text)
+{
+    const bool to_start = take_key(context, NK_KEY_TEXT_LINE_START);
+    const bool to_end = take_key(context, NK_KEY_TEXT_LINE_END);
+    if (to_start == to_end)
+        return;
+    const std::size_t from = origin(context, edit, text, to_end);
+    move_cursor(context, edit, text, to_start ? line_start(text, from, 0) : line_end(text, from));
+}
+
+bool is_continuation(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
+}
+
+bool is_word_boundary(std::string_view text, std::size_t at)
+{
+    constexpr std::string_view boundaries = " \t,;(){}[]|";
+    return boundaries.find(text[at]) != std::string_view::npos ||
+           text.substr(at).starts_with("\u3000");
+}
+
+// To the blank or bracket before, or behind, as the toolkit goes.
+std::size_t word_boundary(std::string_view text, std::size_t from, bool forward)
+{
+    const auto step = [&](std::size_t at) {
+        do
+            at += forward ? 1 : std::size_t(-1);
+        while (at > 0 && at < text.size() && is_continuation(text[at]));
+        return at;
+    };
+    const std::size_t last = forward ? text.size() : 0;
+    if (from == last)
+        return last;
+    std::size_t at = step(from);
+    while (at != last && !is_word_boundary(text, at))
+        at = step(at);
+    return at;
+}
+
+void move_by_word(nk_context *context, nk_text_edit &edit, std::string_view text)
+{
+    const bool left = take_key(context, NK_KEY_TEXT_WORD_LEFT);
+    const bool right = take_key(context, NK_KEY_TEXT_WORD_RIGHT);
+    if (left == right)
+        return;
+    const std::size_t from = origin(context, edit, text, right);
+    const bool leaves_selection = edit.select_start != edit.select_end && !is_selecting(context);
+    move_cursor(context, edit, text, leaves_selection ? from : word_boundary(text, from, right));
 }
 
 // The toolkit follows the cursor by one row and a quarter of the width, however
@@ -183,8 +309,7 @@ void show_cursor(nk_text_edit &edit, std::string_view text, const text_view &vie
         std::clamp(edit.scrollbar.y, std::max(0.0F, last * view.row_height), row * view.row_height);
 
     const std::string_view before = above.substr(line_start(text, above.size(), 0));
-    const float x =
-        font.width(font.userdata, font.height, before.data(), static_cast<int>(before.size()));
+    const float x = width_of(font, before);
     const float ahead = view.width / 4;
     if (x < edit.scrollbar.x)
         edit.scrollbar.x = std::max(0.0F, std::floor(x - ahead));
@@ -222,6 +347,9 @@ void source_editor(frame_state &frame, source_editor_state &editor)
     if (edit.active != 0) {
         undo_and_redo(context, editor);
         move_by_page(context, edit, text_of(editor), view.rows);
+        move_by_row(context, edit, text_of(editor), *context->style.font);
+        move_in_line(context, edit, text_of(editor));
+        move_by_word(context, edit, text_of(editor));
     }
     nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);
     note_edit(editor);

@@ -197,6 +197,86 @@ TEST_F(SourceEditor, MovesByPages)
     EXPECT_EQ(editor().source_edit.cursor, 0);
 }
 
+TEST_F(SourceEditor, MovesByRowsInItsColumn)
+{
+    load("first line\nµ\n\nthird line");
+    click_into();
+    for (int i = 0; i < 6; ++i)
+        press(NK_KEY_RIGHT);
+    const auto expect_at = [&](nk_keys key, int cursor) {
+        press(key);
+        EXPECT_EQ(editor().source_edit.cursor, cursor);
+    };
+    expect_at(NK_KEY_DOWN, 12); // behind the µ: the line is shorter
+    expect_at(NK_KEY_DOWN, 13); // an empty line
+    expect_at(NK_KEY_DOWN, 20); // in its old column again
+    expect_at(NK_KEY_DOWN, 24); // no line is below: the text's end
+    expect_at(NK_KEY_UP, 13);
+    expect_at(NK_KEY_UP, 12);
+    expect_at(NK_KEY_UP, 6);
+    expect_at(NK_KEY_UP, 0); // no line is above
+}
+
+TEST_F(SourceEditor, MovesToTheEndsOfALine)
+{
+    load("one\ntwo µ\nthree");
+    click_into();
+    press(NK_KEY_DOWN);
+    press(NK_KEY_TEXT_LINE_END);
+    EXPECT_EQ(editor().source_edit.cursor, 9);
+    press(NK_KEY_TEXT_LINE_END);
+    EXPECT_EQ(editor().source_edit.cursor, 9) << "it is there already";
+    press(NK_KEY_TEXT_LINE_START);
+    EXPECT_EQ(editor().source_edit.cursor, 4);
+    press(NK_KEY_TEXT_END);
+    press(NK_KEY_TEXT_LINE_START);
+    EXPECT_EQ(editor().source_edit.cursor, 10);
+}
+
+TEST_F(SourceEditor, MovesByWords)
+{
+    load("one two(µµ\u3000three");
+    click_into();
+    for (const int cursor : {3, 7, 10, 16, 16}) {
+        press(NK_KEY_TEXT_WORD_RIGHT);
+        EXPECT_EQ(editor().source_edit.cursor, cursor);
+    }
+    for (const int cursor : {10, 7, 3, 0, 0}) {
+        press(NK_KEY_TEXT_WORD_LEFT);
+        EXPECT_EQ(editor().source_edit.cursor, cursor);
+    }
+}
+
+TEST_F(SourceEditor, MovesThroughOneEndlessWordToItsEnds)
+{
+    load(std::string(65535, 'x'));
+    click_into();
+    press(NK_KEY_TEXT_WORD_RIGHT);
+    EXPECT_EQ(editor().source_edit.cursor, 65535);
+    press(NK_KEY_UP);
+    EXPECT_EQ(editor().source_edit.cursor, 0);
+    press(NK_KEY_DOWN);
+    press(NK_KEY_TEXT_WORD_LEFT);
+    EXPECT_EQ(editor().source_edit.cursor, 0);
+}
+
+TEST_F(SourceEditor, LeavesASelectionAtTheEndThatAKeyGoesToward)
+{
+    for (const auto &[key, cursor] :
+         {std::pair(NK_KEY_TEXT_LINE_START, 4), std::pair(NK_KEY_TEXT_LINE_END, 13),
+          std::pair(NK_KEY_UP, 1), std::pair(NK_KEY_DOWN, 15), std::pair(NK_KEY_TEXT_WORD_LEFT, 5),
+          std::pair(NK_KEY_TEXT_WORD_RIGHT, 9)}) {
+        load("one\ntwo\nthree\nfour");
+        click_into();
+        editor().source_edit.select_start = 5; // in "two"
+        editor().source_edit.select_end = 9;   // in "three"
+        editor().source_edit.cursor = 9;
+        press(key);
+        EXPECT_EQ(editor().source_edit.cursor, cursor) << key;
+        EXPECT_EQ(editor().source_edit.select_start, editor().source_edit.select_end) << key;
+    }
+}
+
 TEST_F(SourceEditor, PastesCharactersOfSeveralBytesWhole)
 {
     load("");
