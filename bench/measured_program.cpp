@@ -116,11 +116,6 @@ double measured_program::frame_after(const std::string &wanted, double since) co
     return 0;
 }
 
-double measured_program::processor_time() const
-{
-    return processor_time_of(vimbo.id());
-}
-
 // The program waits only when its picture is whole: the frame before the
 // second wait is the first that shows it.
 double measured_program::standing_since(double since) const

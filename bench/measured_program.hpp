@@ -63,9 +63,6 @@ public:
     /// 0 when there is none yet.
     double frame_after(const std::string &what, double since) const;
 
-    /// Processor time of all its threads so far, in seconds.
-    double processor_time() const;
-
     pid_t id() const
     {
         return vimbo.id();
