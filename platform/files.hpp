@@ -11,17 +11,6 @@
 namespace vimbo
 {
 
-/// What a tree walk reports. Links are followed: a link to a file is a file.
-enum class entry_kind { file, directory, other };
-
-/// Called by walk_tree once per entry; `path` lives only during the call.
-using tree_visitor = void (*)(const char *path, entry_kind kind, void *user);
-
-/// Visits every entry at and under `directory`, each with its path as the walk
-/// forms it ("./src/" gives "./src/a"), a directory before what it holds. A
-/// directory that cannot be read yields nothing.
-void walk_tree(const char *directory, tree_visitor visit, void *user);
-
 /// Opens a regular file for reading and gives its size in bytes. Null when
 /// there is none or it is anything else: opening a pipe would wait for a writer.
 FILE *open_regular_file(const char *path, std::uint64_t &size);

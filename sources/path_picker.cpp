@@ -1,6 +1,6 @@
 #include "sources/path_picker.hpp"
 
-#include "platform/files.hpp"
+#include "platform/tree_walk.hpp"
 #include "sources/path_name.hpp"
 #include "ui/fixed_text.hpp"
 #include "ui/nuklear.hpp"

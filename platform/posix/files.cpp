@@ -1,7 +1,6 @@
 #include "platform/files.hpp"
 
 #include <fcntl.h>
-#include <ftw.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,27 +14,9 @@ namespace vimbo
 namespace
 {
 
-// ftw hands its callback no user pointer.
-struct {
-    tree_visitor visit;
-    void *user;
-} current_walk;
-
 bool is_regular_file(const struct stat &status)
 {
     return S_ISREG(status.st_mode);
-}
-
-int visit_entry(const char *path, const struct stat *status, int type)
-{
-    entry_kind kind = entry_kind::other;
-    // To ftw everything is a file that is no directory, pipes too.
-    if (type == FTW_F && is_regular_file(*status))
-        kind = entry_kind::file;
-    else if (type == FTW_D || type == FTW_DNR)
-        kind = entry_kind::directory;
-    current_walk.visit(path, kind, current_walk.user);
-    return 0;
 }
 
 int open_for_writing(const char *path, link_use links)
@@ -90,15 +71,6 @@ bool put_content(int file, std::string_view content)
 }
 
 } // namespace
-
-void walk_tree(const char *directory, tree_visitor visit, void *user)
-{
-    // How many directories ftw may hold open at once; deeper trees cost it
-    // a few more system calls, no more.
-    constexpr int open_directories = 256;
-    current_walk = {visit, user};
-    ftw(directory, visit_entry, open_directories);
-}
 
 FILE *open_regular_file(const char *path, std::uint64_t &size)
 {

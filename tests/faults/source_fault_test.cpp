@@ -175,19 +175,35 @@ TEST_F(SourceFault, ThatIsNoFileIsNotListed)
     expect_as_before();
 }
 
-// The system's walk ends at a link that leads nowhere for ever: the files that it
-// came to before are listed.
 TEST_F(SourceFault, ThatIsALoopOfLinksIsNotListed)
 {
     std::filesystem::create_symlink("loop2", source("loop1"));
     std::filesystem::create_symlink("loop1", source("loop2"));
+    write_file(source("sub/b.txt"), "text of b");
     open_list();
     EXPECT_FALSE(listed("loop1"));
     EXPECT_FALSE(listed("loop2"));
+    EXPECT_TRUE(listed("a.txt"));
+    EXPECT_TRUE(listed("b.txt"));
     expect_as_before();
     vimbo::open_source(desk.app().bar, desk.app().editor, source("loop1").c_str());
     desk.frame();
     open_file = source("loop1");
+    expect_as_before();
+}
+
+TEST_F(SourceFault, ThatCannotBeReachedIsNotListed)
+{
+    ASSERT_EQ(chmod(place.path().c_str(), 0755), 0);
+    for (const char *directory : {"unreadable", "unreachable"})
+        write_file(source(directory) + "/" + directory + ".txt", "");
+    ASSERT_EQ(chmod(source("unreadable").c_str(), 0), 0);
+    ASSERT_EQ(chmod(source("unreachable").c_str(), 0744), 0);
+    const without_privileges other;
+    open_list();
+    EXPECT_FALSE(listed("unreadable.txt"));
+    EXPECT_FALSE(listed("unreachable.txt"));
+    EXPECT_TRUE(listed("a.txt"));
     expect_as_before();
 }
 

@@ -1,0 +1,19 @@
+// All that lies under a directory. Main thread only.
+#pragma once
+
+namespace vimbo
+{
+
+/// What a tree walk reports. Links are followed: a link to a file is a file.
+enum class entry_kind { file, directory, other };
+
+/// Called by walk_tree once per entry; `path` lives only during the call.
+using tree_visitor = void (*)(const char *path, entry_kind kind, void *user);
+
+/// Visits every entry at and under `directory`, each with its path as the walk
+/// forms it ("./src/" gives "./src/a"), a directory before what it holds and once,
+/// however many links lead there. A directory that cannot be read yields nothing;
+/// an entry whose path the system would find too long is left out.
+void walk_tree(const char *directory, tree_visitor visit, void *user);
+
+} // namespace vimbo
