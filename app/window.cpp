@@ -1,5 +1,6 @@
 #include "app/window.hpp"
 
+#include "platform/exit_limit.hpp"
 #include "render/path_program.hpp"
 #include "ui/font.hpp"
 #include "ui/input.hpp"
@@ -107,6 +108,9 @@ bool has_gl_functions(unsigned int glew_answer)
 void close_window()
 {
     nk_glfw3_shutdown();
+    // GLFW takes the window away, then waits without end for the desktop's clipboard
+    // manager to take over a text that was copied here.
+    limit_exit_time();
     glfwTerminate();
 }
 

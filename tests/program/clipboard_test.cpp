@@ -162,4 +162,27 @@ TEST_F(Clipboard, GivesTheProgramsOwnTextAgainAfterAnother)
     expect_good_end();
 }
 
+TEST_F(Clipboard, LeavesTheProgramsTextToTheManagerAtTheEnd)
+{
+    start_and_paste();
+    const std::string large = numbered_lines(60000);
+    put({.text = large});
+    paste();
+    screen->key("ctrl+a");
+    screen->key("ctrl+c");
+    put({.selection = "CLIPBOARD_MANAGER"});
+    expect_good_end();
+    EXPECT_TRUE(owner->kept_text() == "here: " + large);
+}
+
+TEST_F(Clipboard, DoesNotHoldTheEndUpWhereTheManagerHangs)
+{
+    start_and_paste();
+    screen->key("ctrl+a");
+    screen->key("ctrl+c");
+    put({.silent = true, .selection = "CLIPBOARD_MANAGER"});
+    expect_good_end();
+    EXPECT_EQ(owner->requests(), 1);
+}
+
 } // namespace

@@ -1,7 +1,5 @@
 #include "tests/support/clipboard_owner.hpp"
 
-#include <xcb/xcb.h>
-
 #include <poll.h>
 
 #include <algorithm>
@@ -35,7 +33,7 @@ clipboard_owner::clipboard_owner(const std::string &display, manner manner_wante
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     xcb_create_window(connection, 0, window, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_set_selection_owner(connection, window, atom_of("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_set_selection_owner(connection, window, atom_of(how.selection), XCB_CURRENT_TIME);
     // Answered behind the request above.
     atom_of("CLIPBOARD");
     server = std::thread([this] { serve(); });
@@ -48,7 +46,7 @@ clipboard_owner::~clipboard_owner()
     xcb_disconnect(connection);
 }
 
-unsigned int clipboard_owner::atom_of(const std::string &name) const
+xcb_atom_t clipboard_owner::atom_of(const std::string &name) const
 {
     const owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection,
@@ -62,49 +60,95 @@ unsigned int clipboard_owner::atom_of(const std::string &name) const
 void clipboard_owner::serve()
 {
     constexpr int between_looks = 10; // milliseconds
+    constexpr int sent_by_a_client = 0x80;
     while (!stopped && xcb_connection_has_error(connection) == 0) {
         pollfd descriptor = {xcb_get_file_descriptor(connection), POLLIN, 0};
         poll(&descriptor, 1, between_looks);
         while (const auto event = owned<xcb_generic_event_t>(xcb_poll_for_event(connection))) {
-            if (event->response_type == XCB_SELECTION_REQUEST) {
+            const int type = event->response_type & ~sent_by_a_client;
+            if (type == XCB_SELECTION_REQUEST) {
                 ++asked;
                 if (!how.silent)
-                    answer(event.get());
+                    answer(*reinterpret_cast<xcb_selection_request_event_t *>(event.get()));
+            } else if (type == XCB_SELECTION_NOTIFY) {
+                keep(*reinterpret_cast<xcb_selection_notify_event_t *>(event.get()));
             }
             const auto *change = reinterpret_cast<xcb_property_notify_event_t *>(event.get());
-            if (event->response_type == XCB_PROPERTY_NOTIFY && change->window == receiver &&
+            if (type == XCB_PROPERTY_NOTIFY && change->window == receiver &&
                 change->atom == property && change->state == XCB_PROPERTY_DELETE)
                 hand_out_piece();
         }
     }
 }
 
-void clipboard_owner::answer(const void *event)
+void clipboard_owner::answer(const xcb_selection_request_event_t &request)
 {
-    const auto &request = *static_cast<const xcb_selection_request_event_t *>(event);
+    if (request.target == atom_of("SAVE_TARGETS")) {
+        ask_for_what_is_to_be_kept(request);
+        return;
+    }
+    if (request.target != atom_of(how.kind)) {
+        notify(request, XCB_ATOM_NONE);
+        return;
+    }
+    if (how.piece == 0) {
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor, request.property,
+                            request.target, 8, static_cast<std::uint32_t>(how.text.size()),
+                            how.text.data());
+    } else {
+        receiver = request.requestor;
+        property = request.property;
+        sent = 0;
+        sent_pieces = 0;
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(connection, receiver, XCB_CW_EVENT_MASK, &events);
+        const auto size = static_cast<std::uint32_t>(how.text.size());
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, receiver, property, atom_of("INCR"),
+                            32, 1, &size);
+    }
+    notify(request, request.property);
+}
+
+void clipboard_owner::ask_for_what_is_to_be_kept(const xcb_selection_request_event_t &request)
+{
+    keep_request = request;
+    xcb_convert_selection(connection, window, atom_of("CLIPBOARD"), atom_of(how.kind),
+                          atom_of("CLIPBOARD"), XCB_CURRENT_TIME);
+    xcb_flush(connection);
+}
+
+void clipboard_owner::keep(const xcb_selection_notify_event_t &notice)
+{
+    constexpr std::uint32_t most_words = 1 << 20;
+    const owned<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection,
+                               xcb_get_property(connection, 1, window, notice.property,
+                                                XCB_GET_PROPERTY_TYPE_ANY, 0, most_words),
+                               nullptr));
+    if (reply) {
+        const std::lock_guard lock(keeping);
+        kept.assign(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                    static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+    }
+    notify(keep_request, keep_request.property);
+}
+
+std::string clipboard_owner::kept_text()
+{
+    const std::lock_guard lock(keeping);
+    return kept;
+}
+
+// Without a property it is a refusal.
+void clipboard_owner::notify(const xcb_selection_request_event_t &request,
+                             xcb_atom_t at_property) const
+{
     xcb_selection_notify_event_t reply = {};
     reply.response_type = XCB_SELECTION_NOTIFY;
     reply.requestor = request.requestor;
     reply.selection = request.selection;
     reply.target = request.target;
-    if (request.target == atom_of(how.kind)) {
-        reply.property = request.property;
-        if (how.piece == 0) {
-            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, request.requestor,
-                                request.property, request.target, 8,
-                                static_cast<std::uint32_t>(how.text.size()), how.text.data());
-        } else {
-            receiver = request.requestor;
-            property = request.property;
-            sent = 0;
-            sent_pieces = 0;
-            const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-            xcb_change_window_attributes(connection, receiver, XCB_CW_EVENT_MASK, &events);
-            const auto size = static_cast<std::uint32_t>(how.text.size());
-            xcb_change_property(connection, XCB_PROP_MODE_REPLACE, receiver, property,
-                                atom_of("INCR"), 32, 1, &size);
-        }
-    }
+    reply.property = at_property;
     xcb_send_event(connection, 0, request.requestor, 0, reinterpret_cast<const char *>(&reply));
     xcb_flush(connection);
 }
