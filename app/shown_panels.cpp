@@ -13,11 +13,14 @@ namespace
 constexpr int vertex_buffer_size = 16777216;
 constexpr int element_buffer_size = 4194304;
 
-void draw_panels()
+void draw_panels(nk_context *context)
 {
     glClearColor(0.7F, 0.7F, 0.7F, 1.0F);
     glClear(GL_COLOR_BUFFER_BIT);
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
+    // The backend leaves each frame's draw commands where it has put them, and the
+    // next frame's behind them: kilobytes with every frame, all day long.
+    nk_buffer_clear(context->draw_list.buffer);
 }
 
 // The window's rows run from the top down in memory, an offscreen picture's from
@@ -98,7 +101,7 @@ void render_panels(const frame_state &frame, shown_panels &panels)
         copy_to_window(panels.copy, 0, 0, width, height);
         return;
     }
-    draw_panels();
+    draw_panels(frame.context);
     // The program's first frame is waited for; the second will be copied.
     if (first || panels.command_bytes == 0 || !fit_offscreen(panels.copy, width, height))
         return;

@@ -21,7 +21,8 @@ namespace
 constexpr std::size_t memory_slots = 16384; // 256 KiB
 constexpr std::size_t remembered_directories = memory_slots / 4 * 3;
 
-// Each directory on the way down adds a separator and a character.
+// Each directory on the way down adds a separator and a character, so that the
+// longest path has no more of them.
 constexpr std::size_t max_depth = PATH_MAX / 2;
 
 // Descriptors that a walk may take of the program's 1024.
@@ -110,8 +111,6 @@ void rest(open_level &level)
 
 void enter_directory(tree_walk &walk)
 {
-    if (walk.depth == max_depth)
-        return;
     if (walk.depth >= max_open_directories)
         rest(walk.levels[walk.depth - max_open_directories]);
     DIR *stream = opendir(walk.path);

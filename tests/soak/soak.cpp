@@ -99,7 +99,9 @@ holdings held_by(const desk &at)
 
 void soak(const char *program_path, int runs)
 {
-    constexpr std::size_t granted = std::size_t{1} << 20;
+    // A kibibyte a run, and what the renderer's heap varies by.
+    const std::size_t granted =
+        std::max(static_cast<std::size_t>(runs) << 10, std::size_t{1} << 18);
     desk at(program_path);
     at.hand->show_bottom();
     at.hand->show_statistics();
@@ -120,7 +122,7 @@ void soak(const char *program_path, int runs)
                 before.memory >> 10, after.memory >> 10);
     require(after.descriptors <= before.descriptors, "descriptors have grown");
     require(after.threads <= before.threads, "threads have grown");
-    require(after.memory <= before.memory + granted, "memory has grown by more than 1 MiB");
+    require(after.memory <= before.memory + granted, "memory has grown by more than it may");
     at.end();
 }
 

@@ -159,25 +159,70 @@ TEST(WalkTree, AtAFileReportsIt)
     EXPECT_EQ(seen.kinds.at(place.file("file")), entry_kind::file);
 }
 
+// A chain of directories, so many levels deep, with some files on each; gives how
+// many entries that makes.
+std::size_t make_chain(std::filesystem::path directory, int levels)
+{
+    std::size_t entries = 0;
+    for (int level = 0; level < levels; ++level) {
+        directory /= "d";
+        std::filesystem::create_directory(directory);
+        // Some of them stand behind the next directory, and are read on the way back.
+        for (int file = 0; file < 4; ++file)
+            write_file(directory / std::to_string(file), "");
+        entries += 5;
+    }
+    return entries;
+}
+
+std::filesystem::path down_the_chain(const std::filesystem::path &start, int levels)
+{
+    std::filesystem::path directory = start;
+    for (int level = 0; level < levels; ++level)
+        directory /= "d";
+    return directory;
+}
+
 TEST(WalkTree, FindsAllOfATreeThatIsDeeperThanItHoldsOpen)
 {
     const scratch_directory place;
-    std::filesystem::path directory = place.path();
-    std::size_t expected = 1;
-    for (int depth = 0; depth < 600; ++depth) {
-        // Some of them stand behind the directory, and are read on the way back.
-        for (int file = 0; file < 4; ++file)
-            write_file(directory / std::to_string(file), "");
-        directory /= "d";
-        expected += 5;
-        std::filesystem::create_directory(directory);
-    }
+    std::size_t expected = 1 + make_chain(place.path(), 600);
+    // What rests for the one branch rests still when the other one needs it to.
+    const std::filesystem::path branch = down_the_chain(place.path(), 400) / "branch";
+    std::filesystem::create_directory(branch);
+    expected += 1 + make_chain(branch, 150);
     const std::size_t descriptors = bench::open_descriptors(getpid());
     const descriptor_limit far_below_the_depth(260);
     const visited seen = walk(place.path().string());
     EXPECT_EQ(seen.order.size(), expected);
     EXPECT_EQ(seen.kinds.size(), expected) << "each once";
-    EXPECT_EQ(seen.kinds.at(directory.string()), entry_kind::directory);
+    const std::string deepest = down_the_chain(place.path(), 600).string();
+    EXPECT_EQ(seen.kinds.at(deepest), entry_kind::directory);
+    EXPECT_EQ(bench::open_descriptors(getpid()), descriptors);
+}
+
+TEST(WalkTree, OfATreeThatGoesAwayMeanwhileEnds)
+{
+    const scratch_directory place;
+    std::filesystem::create_directory(place.file("tree"));
+    const std::size_t all = 2 + make_chain(place.path() / "tree", 600);
+    const std::size_t descriptors = bench::open_descriptors(getpid());
+    struct watched {
+        const scratch_directory &place;
+        std::string deepest;
+        std::size_t count;
+    } watch = {place, down_the_chain(place.path() / "tree", 600).string(), 0};
+    vimbo::walk_tree(
+        place.path().c_str(),
+        [](const char *path, entry_kind /*kind*/, void *user) {
+            auto &at = *static_cast<watched *>(user);
+            ++at.count;
+            if (path == at.deepest)
+                std::filesystem::rename(at.place.file("tree"), at.place.file("elsewhere"));
+        },
+        &watch);
+    EXPECT_GT(watch.count, 600U);
+    EXPECT_LT(watch.count, all) << "nothing rested, or went away";
     EXPECT_EQ(bench::open_descriptors(getpid()), descriptors);
 }
 

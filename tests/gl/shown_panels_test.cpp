@@ -1,0 +1,60 @@
+#include "app/shown_panels.hpp"
+
+#include "tests/gl/gl_bench.hpp"
+#include "ui/nuklear_backend.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+
+using namespace bench;
+
+class ShownPanels : public testing::Test
+{
+protected:
+    ShownPanels()
+    {
+        nk_font_atlas *atlas = nullptr;
+        nk_glfw3_font_stash_begin(&atlas);
+        nk_glfw3_font_stash_end();
+        frame_state.context = context;
+        frame_state.window_width = window_width;
+        frame_state.window_height = window_height;
+    }
+    ~ShownPanels() override
+    {
+        nk_glfw3_shutdown();
+    }
+
+    void show(const std::string &text)
+    {
+        nk_glfw3_new_frame();
+        if (nk_begin(context, "panel", nk_rect(0, 0, 300, 200), NK_WINDOW_BORDER) != 0) {
+            nk_layout_row_dynamic(context, 20, 1);
+            nk_label(context, text.c_str(), NK_TEXT_LEFT);
+        }
+        nk_end(context);
+        vimbo::render_panels(frame_state, *panels);
+    }
+
+    nk_context *context = nk_glfw3_init(glfwGetCurrentContext(), NK_GLFW3_DEFAULT);
+    vimbo::frame_state frame_state = {};
+    std::unique_ptr<vimbo::shown_panels> panels = std::make_unique<vimbo::shown_panels>();
+};
+
+TEST_F(ShownPanels, TakeNoMemoryWithEachFrameThatDiffers)
+{
+    const auto held = [&] { return context->draw_list.buffer->memory.size; };
+    show("first");
+    const nk_size first = held();
+    EXPECT_GT(first, 0U);
+    for (int i = 0; i < 300; ++i)
+        show(std::to_string(i));
+    EXPECT_EQ(held(), first) << "draw commands of earlier frames are kept";
+}
+
+} // namespace
