@@ -47,10 +47,16 @@ void ProgramTest::start(const start_options &how)
         hand->show_preview();
     if (how.statistics)
         hand->show_statistics();
+    descriptors = open_descriptors(vimbo->id());
 }
 
 void ProgramTest::expect_good_end(const std::string &wanted)
 {
+    const auto as_at_the_start = [&] {
+        return children_of(vimbo->id()) > 0 || open_descriptors(vimbo->id()) <= descriptors;
+    };
+    EXPECT_TRUE(wait_until(as_at_the_start))
+        << open_descriptors(vimbo->id()) << " descriptors are open, not " << descriptors;
     screen->close_window(window);
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;

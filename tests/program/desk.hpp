@@ -43,7 +43,8 @@ protected:
     }
 
     /// Asks the window to close and expects the end with status 0 and, unless
-    /// something else is named, nothing printed.
+    /// something else is named, nothing printed. Where no tool runs, the program
+    /// must have no more descriptors open than at its start.
     void expect_good_end(const std::string &printed = {});
 
     std::string source(const std::string &name) const
@@ -77,6 +78,7 @@ protected:
     std::unique_ptr<program> vimbo;
     std::optional<desk_operator> hand;
     unsigned long window = 0;
+    std::size_t descriptors = 0;
 };
 
 /// A square of marks, its sides so far from the centre, in mm.

@@ -4,7 +4,7 @@
 //   say TEXT        print the text (backslash escapes as printf knows them: \n)
 //   write N         print N letters, with no line feed
 //   numbers N X     print N lines that read X
-//   forever         print letters until the pipe breaks
+//   flood FILE      print letters until the file exists, or its folder is gone
 //   shut            close standard output
 //   await FILE      wait until the file exists, or its folder is gone
 //   touch FILE      create the file
@@ -23,19 +23,30 @@
 namespace
 {
 
-// Until the file, or the folder that it should come into, is there no more to
-// wait for: a test that failed must not leave this behind.
+// True when the file is there, or the folder that it should come into is not: a
+// test that failed must not leave this behind.
+bool is_over(const std::string &path)
+{
+    const std::string folder = path.substr(0, path.rfind('/'));
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 || stat(folder.c_str(), &status) != 0;
+}
+
 void await_file(const std::string &path)
 {
     constexpr int most_looks = 12000; // two minutes
     constexpr unsigned int pause = 10000;
-    const std::string folder = path.substr(0, path.rfind('/'));
-    struct stat status = {};
-    for (int i = 0; i < most_looks; ++i) {
-        if (stat(path.c_str(), &status) == 0 || stat(folder.c_str(), &status) != 0)
-            return;
+    for (int i = 0; i < most_looks && !is_over(path); ++i)
         usleep(pause);
-    }
+}
+
+void flood(const std::string &path)
+{
+    constexpr int lines_between_looks = 10000;
+    while (!is_over(path))
+        for (int i = 0; i < lines_between_looks; ++i)
+            if (std::fputs("on and on\n", stdout) < 0)
+                std::_Exit(1);
 }
 
 void say(std::string_view text)
@@ -78,10 +89,6 @@ void touch(const char *path)
 // The arguments that the action takes; -1 when there is none of that name.
 int perform(std::string_view action, char *const arguments[])
 {
-    if (action == "forever")
-        for (;;)
-            if (std::fputs("on and on\n", stdout) < 0)
-                std::_Exit(1);
     if (action == "shut") {
         std::fflush(stdout);
         close(STDOUT_FILENO);
@@ -98,7 +105,9 @@ int perform(std::string_view action, char *const arguments[])
     else if (action == "await") {
         std::fflush(stdout);
         await_file(arguments[0]);
-    } else if (action == "touch")
+    } else if (action == "flood")
+        flood(arguments[0]);
+    else if (action == "touch")
         touch(arguments[0]);
     else if (action == "leave")
         leave_child(arguments[0]);
