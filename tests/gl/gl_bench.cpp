@@ -62,6 +62,7 @@ int live_objects()
     for (GLuint name = 1; name < names; ++name) {
         count += glIsBuffer(name) + glIsVertexArray(name);
         count += glIsShader(name) + glIsProgram(name);
+        count += glIsTexture(name) + glIsFramebuffer(name) + glIsRenderbuffer(name);
     }
     return count;
 }

@@ -35,7 +35,8 @@ private:
 /// True when no channel differs by more than rounding can make it.
 bool alike(colour one, colour other);
 
-/// Buffers, vertex arrays, shaders and programs that exist.
+/// Buffers, vertex arrays, shaders, programs, textures, framebuffers and
+/// renderbuffers that exist.
 int live_objects();
 
 std::vector<unsigned char> bytes_of_buffer(GLuint buffer);

@@ -41,6 +41,7 @@ protected:
         glDeleteBuffers(1, &outline.buffer);
         glUseProgram(0);
         glDeleteProgram(program);
+        EXPECT_EQ(live_objects(), objects) << "objects are left";
     }
 
     // Random moves, most of them short, as in a mosaic.
@@ -129,6 +130,7 @@ protected:
     }
 
     scratch_directory place;
+    const int objects = live_objects();
     GLuint program = vimbo::build_path_program();
     vimbo::path_buffer outline = vimbo::build_tray_outline(25600000, 25600000, 2560000);
     vimbo::frame_state frame = {};
@@ -237,6 +239,29 @@ TEST_F(KeptPicture, StandsInMovedWhileTheTrueOneIsDrawn)
     EXPECT_GT(same, compared * 9 / 10);
 }
 
+TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
+{
+    kept.vertices_per_second = 1;
+    kept.slice_vertices = 1500;
+    draw_frame();
+    int followed = 0;
+    while (vimbo::is_unfinished(kept)) {
+        kept.slice_vertices = 1500;
+        GLsync before = kept.last_slice;
+        vimbo::draw_slice(kept, {program, mosaic});
+        EXPECT_EQ(glIsSync(kept.last_slice), GL_TRUE);
+        if (before == nullptr || before == kept.last_slice)
+            continue;
+        EXPECT_EQ(glIsSync(before), GL_FALSE) << "after slice " << followed;
+        ++followed;
+    }
+    EXPECT_GT(followed, 5);
+    GLsync last = kept.last_slice;
+    draw_frame();
+    EXPECT_EQ(glIsSync(last), GL_FALSE) << "after the last slice";
+    EXPECT_EQ(kept.last_slice, nullptr);
+}
+
 TEST_F(KeptPicture, SurvivesViewsThatShowNothing)
 {
     for (const float zoom : {0.0F, 1e-30F, 1e30F, std::numeric_limits<float>::infinity()}) {
@@ -314,6 +339,22 @@ TEST_F(KeptPicture, IsDrawnDirectlyWhereTheDriverKeepsNoPicture)
     }
     finish();
     expect_direct_picture("with one again");
+}
+
+TEST(Offscreen, IsMadeAnewForAnotherSizeAndLeavesTheOldOneNowhere)
+{
+    const int before = live_objects();
+    vimbo::offscreen picture = {};
+    ASSERT_TRUE(vimbo::fit_offscreen(picture, 40, 30));
+    const int with_one = live_objects();
+    EXPECT_EQ(with_one, before + 3) << "a framebuffer, its colours, its depth";
+    for (const GLsizei width : {50, 41, 40}) {
+        ASSERT_TRUE(vimbo::fit_offscreen(picture, width, 30));
+        EXPECT_EQ(picture.width, width);
+        EXPECT_EQ(live_objects(), with_one);
+    }
+    vimbo::delete_offscreen(picture);
+    EXPECT_EQ(live_objects(), before);
 }
 
 } // namespace
