@@ -14,36 +14,19 @@ namespace vimbo
 namespace
 {
 
-bool is_on_x()
-{
-#ifdef GLFW_PLATFORM_X11
-    return glfwGetPlatform() == GLFW_PLATFORM_X11;
-#else
-    return std::strstr(glfwGetVersionString(), "X11") != nullptr;
-#endif
-}
-
 void copy_to_clipboard(nk_handle user, const char *text, int characters)
 {
     auto &clipboard = *static_cast<clipboard_state *>(user.ptr);
     if (!take_copy(clipboard, text, characters))
         return;
-    glfwSetClipboardString(clipboard.window, clipboard.text);
-    if (is_on_x())
-        note_own_clipboard();
+    write_clipboard(clipboard.window, clipboard.text);
 }
 
 void paste_from_clipboard(nk_handle user, nk_text_edit *edit)
 {
     auto &clipboard = *static_cast<clipboard_state *>(user.ptr);
-    if (is_on_x()) {
-        if (read_clipboard(clipboard.text) != clipboard_answer::nothing)
-            paste_text(*edit, clipboard.text);
-        return;
-    }
-    const char *text = glfwGetClipboardString(clipboard.window);
-    if (text != nullptr)
-        paste_text(*edit, text);
+    if (read_clipboard(clipboard.window, clipboard.text) != clipboard_answer::nothing)
+        paste_text(*edit, clipboard.text);
 }
 
 } // namespace
