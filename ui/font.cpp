@@ -12,6 +12,7 @@ namespace
 
 constexpr std::size_t directory_capacity = 4096;
 constexpr float configured_height = 12;
+constexpr float blanks_per_tab = 4;
 constexpr float font_height = 16; // pixels; it rules over the configured one
 
 // Pairs of first and last code point.
@@ -62,6 +63,8 @@ void blank_control_characters(struct nk_font *font)
             continue;
         *glyph = *space;
         glyph->codepoint = character;
+        if (character == '\t')
+            glyph->xadvance *= blanks_per_tab;
     }
 }
 
