@@ -1,6 +1,7 @@
 // How the program starts, or refuses to, how it goes and how it ends.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
 #include "tests/support/child_watch.hpp"
+#include "tests/support/program.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -8,9 +9,9 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
-class Start : public ProgramTest
+class Start : public ProgramRig
 {
 };
 
@@ -82,7 +83,7 @@ TEST_F(Start, FindsItsFontFromItsWorkingDirectory)
     EXPECT_EQ(printed(), "") << "a font that is not found is told";
 }
 
-TEST_F(Start, HasTheWantedWindowSizeTheLastOneGiven)
+TEST_F(Start, OpensAWindowOfTheLastSizeGiven)
 {
     start({.width = 900, .height = 700, .more = {"-w", "640,480"}});
     const image all = screen->screenshot();
@@ -116,7 +117,7 @@ TEST_F(Start, EndsWithStatusZeroWhenItsWindowIsClosed)
 TEST_F(Start, EndsAtThePressOfItsQuitButton)
 {
     start({.width = 800, .height = 600});
-    const point at = hand->place_of("X");
+    const point at = driver->place_of("X");
     screen->move(at);
     screen->settle();
     screen->press();
@@ -130,9 +131,9 @@ TEST_F(Start, EndsWithoutWaitingForItsTools)
     tools.put("mero", "say begun " + forever);
     tools.put("plimb", forever);
     start({.bottom = true, .statistics = true});
-    hand->press("Integrate");
+    driver->press("Integrate");
     awaited_arguments("mero");
-    hand->press("↻");
+    driver->press("↻");
     awaited_arguments("plimb");
     expect_good_end();
 }
@@ -142,10 +143,11 @@ TEST_F(Start, FollowsAResizedWindow)
     start({.width = 700, .height = 640});
     screen->resize_window(window, 1100, 1240);
     screen->settle();
-    hand.emplace(*screen, desk_operator::desk{1100, 1240, place.file("src"), place.file("tray")});
-    hand->show_bottom();
+    driver.emplace(*screen,
+                   ui_driver::started_with{1100, 1240, place.file("src"), place.file("tray")});
+    driver->show_bottom();
     tools.put("mero", "exit 0");
-    hand->press("Evaluate");
+    driver->press("Evaluate");
     EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
     screen->resize_window(window, 300, 200);
     screen->settle();
@@ -155,7 +157,7 @@ TEST_F(Start, FollowsAResizedWindow)
 TEST_F(Start, DrawsATrayOfTheGivenExtent)
 {
     start({.more = {"-e", "50,20,0"}, .preview = true});
-    const struct nk_rect area = hand->picture();
+    const struct nk_rect area = driver->picture();
     const image all = screen->screenshot();
     const int middle_x = static_cast<int>(area.x + area.w / 2);
     const int middle_y = static_cast<int>(area.y + area.h / 2);

@@ -7,7 +7,7 @@
 
 #include <unistd.h>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -64,4 +64,4 @@ std::size_t resident_bytes(pid_t process)
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
-} // namespace bench
+} // namespace rig

@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-namespace bench
+namespace rig
 {
 
 /// Open file descriptors.
@@ -18,4 +18,4 @@ std::size_t children_of(pid_t process);
 /// Memory in RAM, in bytes.
 std::size_t resident_bytes(pid_t process);
 
-} // namespace bench
+} // namespace rig

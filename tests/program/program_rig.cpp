@@ -1,4 +1,6 @@
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
+#include "tests/support/program.hpp"
+#include "tests/support/wait.hpp"
 
 #include "tests/support/child_watch.hpp"
 
@@ -6,7 +8,7 @@
 
 #include <thread>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -17,7 +19,7 @@ constexpr auto between_looks = std::chrono::milliseconds(50);
 
 } // namespace
 
-ProgramTest::ProgramTest()
+ProgramRig::ProgramRig()
 {
     std::filesystem::create_directories(place.file("src"));
     std::filesystem::create_directories(place.file("tray"));
@@ -25,7 +27,7 @@ ProgramTest::ProgramTest()
     std::filesystem::remove("/tmp/vimbo");
 }
 
-void ProgramTest::start(const start_options &how)
+void ProgramRig::start(const start_options &how)
 {
     const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
     screen = std::make_unique<x_server>();
@@ -39,18 +41,18 @@ void ProgramTest::start(const start_options &how)
                                how.environment.end());
     vimbo = std::make_unique<program>(options);
     window = wait_for_window(*screen);
-    hand.emplace(*screen,
-                 desk_operator::desk{how.width, how.height, place.file("src"), place.file("tray")});
+    driver.emplace(*screen, ui_driver::started_with{how.width, how.height, place.file("src"),
+                                                    place.file("tray")});
     if (how.bottom || how.preview)
-        hand->show_bottom();
+        driver->show_bottom();
     if (how.preview)
-        hand->show_preview();
+        driver->show_preview();
     if (how.statistics)
-        hand->show_statistics();
+        driver->show_statistics();
     descriptors = open_descriptors(vimbo->id());
 }
 
-void ProgramTest::expect_good_end(const std::string &wanted)
+void ProgramRig::expect_good_end(const std::string &wanted)
 {
     const auto as_at_the_start = [&] {
         return children_of(vimbo->id()) > 0 || open_descriptors(vimbo->id()) <= descriptors;
@@ -63,11 +65,11 @@ void ProgramTest::expect_good_end(const std::string &wanted)
     EXPECT_EQ(printed(), wanted);
 }
 
-std::string ProgramTest::evaluated_text()
+std::string ProgramRig::evaluated_text()
 {
     tools.put("mero", "exit 0");
     std::filesystem::remove(tools.file("mero.arguments"));
-    hand->press("Evaluate");
+    driver->press("Evaluate");
     awaited_arguments("mero");
     // Its end has been taken once nothing of it is left.
     EXPECT_TRUE(wait_until([this] { return children_of(vimbo->id()) == 0; }));
@@ -75,7 +77,7 @@ std::string ProgramTest::evaluated_text()
     return read_file("/tmp/vimbo");
 }
 
-std::string ProgramTest::awaited_arguments(std::string_view tool)
+std::string ProgramRig::awaited_arguments(std::string_view tool)
 {
     const std::string noted = tools.file(std::string(tool) + ".arguments");
     EXPECT_TRUE(wait_until([&] { return std::filesystem::exists(noted); }))
@@ -83,7 +85,7 @@ std::string ProgramTest::awaited_arguments(std::string_view tool)
     return tools.arguments_of(tool);
 }
 
-int ProgramTest::count(const struct nk_rect &area, colour wanted) const
+int ProgramRig::count(const struct nk_rect &area, colour wanted) const
 {
     const image all = screen->screenshot();
     int found = 0;
@@ -93,12 +95,12 @@ int ProgramTest::count(const struct nk_rect &area, colour wanted) const
     return found;
 }
 
-int ProgramTest::count_in_picture(colour wanted)
+int ProgramRig::count_in_picture(colour wanted)
 {
-    return count(hand->picture(), wanted);
+    return count(driver->picture(), wanted);
 }
 
-bool ProgramTest::shows(colour wanted, int at_least)
+bool ProgramRig::shows(colour wanted, int at_least)
 {
     return wait_until([&] {
         std::this_thread::sleep_for(between_looks);
@@ -106,7 +108,7 @@ bool ProgramTest::shows(colour wanted, int at_least)
     });
 }
 
-bool ProgramTest::shows_none(colour wanted)
+bool ProgramRig::shows_none(colour wanted)
 {
     return wait_until([&] {
         std::this_thread::sleep_for(between_looks);
@@ -144,4 +146,4 @@ ended_run run_to_end(const std::vector<std::string> &arguments,
             read_file(place.file("output"))};
 }
 
-} // namespace bench
+} // namespace rig

@@ -1,10 +1,11 @@
-// The program at work on a desk of its own: a display, a folder with sources,
-// trays and tools, and an operator.
+// The installed program in surroundings of its own: a display, a folder with
+// sources, trays and tools, and a driver that plays the operator.
 #pragma once
 
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tool_path.hpp"
+#include "tests/support/ui_driver.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace bench
+namespace rig
 {
 
 inline constexpr colour picture_background = {110, 142, 190};
@@ -21,10 +22,10 @@ inline constexpr colour mark_colour = {255, 255, 255};
 inline constexpr colour outline_colour = {217, 166, 115};
 
 /// The program as it is installed, started on what the test has put in place.
-class ProgramTest : public testing::Test
+class ProgramRig : public testing::Test
 {
 protected:
-    ProgramTest();
+    ProgramRig();
 
     struct start_options {
         int width = 1200;
@@ -76,7 +77,7 @@ protected:
     const tool_path tools;
     std::unique_ptr<x_server> screen;
     std::unique_ptr<program> vimbo;
-    std::optional<desk_operator> hand;
+    std::optional<ui_driver> driver;
     unsigned long window = 0;
     std::size_t descriptors = 0;
 };
@@ -92,4 +93,4 @@ struct ended_run {
 ended_run run_to_end(const std::vector<std::string> &arguments,
                      const std::vector<std::string> &environment);
 
-} // namespace bench
+} // namespace rig
