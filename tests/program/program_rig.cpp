@@ -35,7 +35,8 @@ void ProgramRig::start(const start_options &how)
         .arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"), "-w", size},
         .environment = {"DISPLAY=" + screen->name()},
         .directory = place.path().string(),
-        .output = place.file("output")};
+        .output = place.file("output"),
+        .errors = place.file("errors")};
     options.arguments.insert(options.arguments.end(), how.more.begin(), how.more.end());
     options.environment.insert(options.environment.end(), how.environment.begin(),
                                how.environment.end());
@@ -54,15 +55,21 @@ void ProgramRig::start(const start_options &how)
 
 void ProgramRig::expect_good_end(const std::string &wanted)
 {
-    const auto as_at_the_start = [&] {
-        return children_of(vimbo->id()) > 0 || open_descriptors(vimbo->id()) <= descriptors;
+    constexpr std::size_t of_a_tool = 2; // its pipe's end and its process's
+    const pid_t id = vimbo->id();
+    const auto nothing_left = [&] {
+        return zombies_of(id) == 0 &&
+               open_descriptors(id) <= descriptors + of_a_tool * children_of(id);
     };
-    EXPECT_TRUE(wait_until(as_at_the_start))
-        << open_descriptors(vimbo->id()) << " descriptors are open, not " << descriptors;
+    EXPECT_TRUE(wait_until(nothing_left))
+        << open_descriptors(id) << " descriptors are open, " << descriptors
+        << " were at the start, for " << children_of(id) << " children, of which "
+        << zombies_of(id) << " have ended";
     screen->close_window(window);
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;
-    EXPECT_EQ(printed(), wanted);
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), wanted);
 }
 
 std::string ProgramRig::evaluated_text()
@@ -140,10 +147,11 @@ ended_run run_to_end(const std::vector<std::string> &arguments,
     program run({.arguments = arguments,
                  .environment = environment,
                  .directory = {},
-                 .output = place.file("output")});
+                 .output = place.file("output"),
+                 .errors = place.file("errors")});
     const int status = run.wait_for_end();
     return {status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-            read_file(place.file("output"))};
+            read_file(place.file("output")), read_file(place.file("errors"))};
 }
 
 } // namespace rig

@@ -43,10 +43,11 @@ protected:
         start({});
     }
 
-    /// Asks the window to close and expects the end with status 0 and, unless
-    /// something else is named, nothing printed. Where no tool runs, the program
-    /// must have no more descriptors open than at its start.
-    void expect_good_end(const std::string &printed = {});
+    /// Asks the window to close and expects the end with status 0, nothing on
+    /// standard output and, unless something else is named, nothing on standard
+    /// error. The program must have no more descriptors open than at its start but
+    /// those of tools that still run, and have taken the end of all others.
+    void expect_good_end(const std::string &complaints = {});
 
     std::string source(const std::string &name) const
     {
@@ -56,9 +57,15 @@ protected:
     {
         return place.file(tray + "/_mosaics/" + std::to_string(index) + ".mmv");
     }
+    /// All of standard output.
     std::string printed() const
     {
         return read_file(place.file("output"));
+    }
+    /// All of standard error, the tools' included.
+    std::string complaints() const
+    {
+        return read_file(place.file("errors"));
     }
 
     /// The text that Evaluate hands over now; the bottom must be shown.
@@ -89,6 +96,7 @@ std::string square_mosaic(int half_side);
 struct ended_run {
     int exit_code; // -1: it did not end, or not by itself
     std::string printed;
+    std::string complaints;
 };
 ended_run run_to_end(const std::vector<std::string> &arguments,
                      const std::vector<std::string> &environment);

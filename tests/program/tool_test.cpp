@@ -7,6 +7,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <thread>
 
 namespace
@@ -129,14 +130,19 @@ TEST_F(Evaluator, NeverBlocksTheWindow)
     }
 }
 
-TEST_F(Evaluator, MayBeMissing)
+TEST_F(Evaluator, IsReportedByTheShellWhenItIsMissing)
 {
     start({.environment = {"PATH=/nowhere"}, .bottom = true});
     driver->press("Evaluate");
-    EXPECT_TRUE(wait_until([this] { return printed().find("mero") != std::string::npos; }))
-        << "the shell says so";
+    // In words of the shell's, in one line.
+    const std::regex words("[^\n]*mero: [^\n]*not found\n");
+    EXPECT_TRUE(wait_until([&] { return std::regex_match(complaints(), words); })) << complaints();
     EXPECT_TRUE(responsive());
-    expect_good_end(printed());
+    const std::string once = complaints();
+    driver->press("Evaluate");
+    EXPECT_TRUE(wait_until([&] { return complaints() == once + once; }))
+        << "the second run: " << complaints();
+    expect_good_end(once + once);
 }
 
 TEST_F(Evaluator, IsStartedThoughItsTextCouldNotBeWritten)

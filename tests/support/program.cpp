@@ -26,6 +26,14 @@ std::vector<char *> pointers_to(std::vector<std::string> &texts)
     return pointers;
 }
 
+void redirect(int stream, const std::string &path)
+{
+    const int file =
+        open(path.empty() ? "/dev/null" : path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    dup2(file, stream);
+    close(file);
+}
+
 } // namespace
 
 void end_with_parent()
@@ -39,10 +47,11 @@ program::program(const options &how)
     if (process != 0)
         return;
     end_with_parent();
-    const int output = open(how.output.empty() ? "/dev/null" : how.output.c_str(),
-                            O_WRONLY | O_CREAT | O_TRUNC, 0644);
-    dup2(output, STDOUT_FILENO);
-    dup2(output, STDERR_FILENO);
+    redirect(STDOUT_FILENO, how.output);
+    if (how.errors.empty())
+        dup2(STDOUT_FILENO, STDERR_FILENO);
+    else
+        redirect(STDERR_FILENO, how.errors);
     for (const std::string &variable : how.environment)
         putenv(const_cast<char *>(variable.c_str()));
     if (!how.directory.empty() && chdir(how.directory.c_str()) != 0)

@@ -21,7 +21,8 @@ public:
         std::vector<std::string> arguments;   // the program's own path first
         std::vector<std::string> environment; // "NAME=value" beside what is inherited
         std::string directory;                // empty: here
-        std::string output;                   // where standard output and error go
+        std::string output;                   // where standard output goes
+        std::string errors = {};              // and standard error; empty: there too
     };
     explicit program(const options &how);
     ~program();
