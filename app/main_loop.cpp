@@ -5,8 +5,9 @@
 #include "platform/commands.hpp"
 #include "render/preview_picture.hpp"
 #include "ui/flags.hpp"
-#include "ui/input.hpp"
+#include "ui/input_queue.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/window_events.hpp"
 
 namespace vimbo
 {

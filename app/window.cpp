@@ -2,9 +2,10 @@
 
 #include "platform/exit_limit.hpp"
 #include "render/path_program.hpp"
+#include "ui/clipboard.hpp"
 #include "ui/font.hpp"
-#include "ui/input.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/window_events.hpp"
 
 #include <cstdio>
 
@@ -91,7 +92,8 @@ GLFWwindow *open_window(app_state &app)
         return nullptr;
     }
     app.frame.context = nk_glfw3_init(window, NK_GLFW3_INSTALL_CALLBACKS);
-    watch_input(window, app.frame.context, app.input);
+    watch_input(window, app.input);
+    serve_clipboard(window, app.frame.context, app.clipboard);
     set_up_font(app.frame.context);
     app.path_program = build_path_program();
     app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
