@@ -24,6 +24,7 @@ void copy_to_clipboard(nk_handle user, const char *text, int characters)
 
 void paste_from_clipboard(nk_handle user, nk_text_edit *edit)
 {
+    auto &clipboard = *static_cast<clipboard_state *>(user.ptr);
     if (read_clipboard(clipboard.window, clipboard.text) != clipboard_answer::nothing)
         paste_text(*edit, clipboard.text);
 }
