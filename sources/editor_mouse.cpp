@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace vimbo
 {
@@ -135,6 +136,9 @@ void lay_out_edit(nk_context *context, nk_text_edit &edit, const editor_view &vi
     const struct nk_vec2 position = seen.pos;
     const auto down = left.down;
     const auto clicked = left.clicked;
+    // It would select a word beside the cursor, wherever the pointer is.
+    nk_mouse_button &right = seen.buttons[NK_BUTTON_RIGHT];
+    const auto right_clicked = std::exchange(right.clicked, 0U);
     if (mouse.dragging) {
         left.down = nk_false;
         left.clicked = 0;
@@ -147,6 +151,7 @@ void lay_out_edit(nk_context *context, nk_text_edit &edit, const editor_view &vi
     seen.pos = position;
     left.down = down;
     left.clicked = clicked;
+    right.clicked = right_clicked;
 }
 
 } // namespace vimbo

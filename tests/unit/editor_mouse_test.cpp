@@ -228,6 +228,19 @@ TEST_F(EditorMouse, AClickWithShiftExtendsTheSelection)
     EXPECT_EQ(selected(), "one ") << "around where it began";
 }
 
+TEST_F(EditorMouse, TheRightButtonLeavesCursorAndSelection)
+{
+    set("one two three");
+    lay_out();
+    click(place(0, 5));
+    const struct nk_vec2 at = place(0, 9);
+    queue_input(*queue, {input_kind::button, true, false, NK_BUTTON_RIGHT, at.x, at.y});
+    lay_out_all();
+    EXPECT_EQ(edit.cursor, 5);
+    EXPECT_EQ(selected(), "");
+    EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_RIGHT)) << "others see it";
+}
+
 TEST_F(EditorMouse, AReleaseEndsTheDrag)
 {
     set("one two");

@@ -69,14 +69,15 @@ TEST_F(Font, IsSixteenPixelsHigh)
     EXPECT_EQ(font->handle.height, 16);
 }
 
-TEST_F(Font, ShowsControlCharactersAsBlankSpace)
+TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const nk_rune character : {nk_rune{'\t'}, nk_rune{'\r'}}) {
-        EXPECT_EQ(glyph(character).codepoint, character);
-        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance);
-        EXPECT_EQ(glyph(character).w, glyph(' ').w);
+    for (const auto &[character, blanks] : {std::pair('\t', 4.0F), std::pair('\r', 1.0F)}) {
+        const auto code = static_cast<nk_rune>(character);
+        EXPECT_EQ(glyph(code).codepoint, code);
+        EXPECT_EQ(glyph(code).xadvance, blanks * glyph(' ').xadvance);
+        EXPECT_EQ(glyph(code).w, glyph(' ').w);
     }
 }
 
