@@ -1,8 +1,7 @@
 #include "app/command_line.hpp"
 
+#include "platform/command_options.hpp"
 #include "ui/fixed_text.hpp"
-
-#include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -56,22 +55,24 @@ bool read_tray_directory(mosaic_state &mosaic, const char *program, const char *
 
 bool read_command_line(app_state &app, int argument_count, char *const arguments[])
 {
-    opterr = 0; // the usage text is the only one wanted
+    option_scan scan = {
+        .argument_count = argument_count, .arguments = arguments, .letters = "e:s:t:w:"};
     int option = 0;
-    while ((option = getopt(argument_count, arguments, "e:s:t:w:")) != -1) {
+    while ((option = next_option(scan)) != no_more_options) {
         switch (option) {
         case 'e':
-            read_extent(app.tray, optarg);
+            read_extent(app.tray, scan.argument);
             break;
         case 's':
-            app.bar.source_directory = optarg;
+            app.bar.source_directory = scan.argument;
             break;
         case 't':
-            if (!read_tray_directory(app.mosaic, arguments[0], optarg))
+            if (!read_tray_directory(app.mosaic, arguments[0], scan.argument))
                 return false;
             break;
         case 'w':
-            (void)!std::sscanf(optarg, "%d,%d", &app.frame.window_width, &app.frame.window_height);
+            (void)!std::sscanf(scan.argument, "%d,%d", &app.frame.window_width,
+                               &app.frame.window_height);
             break;
         default:
             print_usage(arguments[0]);

@@ -11,8 +11,10 @@
 namespace vimbo
 {
 
-/// Idle while `pipe` is null and its running bit is clear. Main thread only;
-/// the reader has its stream and its own results, nothing of this.
+/// Idle while `pipe` is null and its running bit is clear; running while both are
+/// set. A pipe without the bit is a tool that no thread could be had for: what
+/// becomes of it is its job's to say. Main thread only; the reader has its stream and
+/// its own results, nothing of this.
 struct command_job {
     /// The tool's output; set as long as its status has not been taken.
     FILE *pipe;

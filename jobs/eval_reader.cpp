@@ -12,10 +12,11 @@ namespace vimbo
 namespace
 {
 
-constexpr std::size_t piece_size = 255;
-constexpr std::size_t last_piece_start = 3838;
-constexpr std::size_t last_mark_start = 4091;
 constexpr char cut_mark[] = "...\n";
+constexpr std::size_t piece_size = 255;
+// As many as leave room for the mark, each with its line feed.
+constexpr std::size_t most_pieces = (eval_output_capacity - sizeof cut_mark) / (piece_size + 1);
+static_assert(most_pieces == 15);
 
 } // namespace
 
@@ -24,16 +25,17 @@ void format_eval_output(std::span<const char> input, bool at_end,
 {
     std::size_t in = 0;
     std::size_t out = 0;
+    std::size_t pieces = 0;
     do {
         const std::size_t piece = std::min(input.size() - in, piece_size);
         std::memcpy(&output[out], input.data() + in, piece);
         in += piece;
         out += piece;
         output[out++] = '\n';
-    } while (out <= last_piece_start && in < input.size());
+    } while (++pieces < most_pieces && in < input.size());
     output[out] = '\0';
     if (!at_end)
-        std::memcpy(&output[std::min(out, last_mark_start)], cut_mark, sizeof cut_mark);
+        std::memcpy(&output[out], cut_mark, sizeof cut_mark);
 }
 
 void *eval_reader(void *stream)

@@ -10,7 +10,7 @@ namespace vimbo
 inline constexpr std::size_t eval_output_capacity = 4096;
 
 /// Lays `input` out as the output box shows it: pieces of at most 255 bytes,
-/// each with a line feed behind it, at most 15 of them, at least one. `at_end`
+/// each with a line feed behind it, at least one, at most the 15 that fit. `at_end`
 /// false adds "...\n" as the mark of what was not read.
 void format_eval_output(std::span<const char> input, bool at_end,
                         std::span<char, eval_output_capacity> output);

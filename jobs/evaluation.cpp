@@ -2,7 +2,6 @@
 
 #include "jobs/eval_reader.hpp"
 #include "platform/files.hpp"
-#include "sources/text_file.hpp"
 #include "ui/fixed_text.hpp"
 #include "ui/flags.hpp"
 
@@ -33,7 +32,7 @@ void prepare_run(evaluation_state &evaluation, const char *source_text)
         temporary_directory(evaluation.temp_source_path);
         append_text(evaluation.temp_source_path, "/vimbo");
     }
-    if (write_temporary_text(evaluation.temp_source_path, source_text) != 0)
+    if (!overwrite_file(evaluation.temp_source_path, source_text, link_use::replaced))
         std::fprintf(stderr, "error: unable to write %s.\n", evaluation.temp_source_path);
 }
 
@@ -47,12 +46,15 @@ void start_evaluator(frame_state &frame, evaluation_state &evaluation, const cha
         return;
     }
     set_text(evaluation.eval_text, start_text);
+    // Other than the statistics', this job then stays as it is, and no further one can
+    // be started: the tool runs on unseen, and writes to the files that the next run
+    // would write to.
     if (!start_job_reader(job, eval_reader, frame.ui_flags, ui_flag::eval_running))
         append_text(evaluation.eval_text, "Error: cannot track results.\n");
 }
 
-// Makes the directory where it is missing. An existing mosaic is the
-// evaluator's to overwrite.
+// Makes the directory where it is missing. An existing mosaic is the evaluator's to
+// overwrite; what can be removed where none exists is a link that leads nowhere.
 void prepare_mosaic_file(const char *directory, const char *path)
 {
     if (!path_exists(directory))
@@ -97,7 +99,7 @@ void start_evaluation(frame_state &frame, evaluation_state &evaluation, const ch
     char command[command_capacity];
     const bool raw = has_flag(frame.ui_flags, ui_flag::eval_raw);
     format_text(command, "mero -S %s%s", raw ? "-r " : "", evaluation.temp_source_path);
-    start_evaluator(frame, evaluation, command, "Compilling.");
+    start_evaluator(frame, evaluation, command, "Compilling."); // spelt so on purpose
 }
 
 void start_integration(frame_state &frame, evaluation_state &evaluation, const mosaic_state &mosaic,
@@ -107,9 +109,9 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
         return;
     prepare_run(evaluation, source_text);
     char directory[mosaic_path_capacity];
-    format_text(directory, "%s/_mosaics", mosaic.tray_directory);
+    format_mosaic_directory(mosaic, directory);
     char path[mosaic_path_capacity];
-    format_text(path, "%s/%d.mmv", directory, mosaic.mosaic_index);
+    format_mosaic_path(mosaic, path);
     prepare_mosaic_file(directory, path);
     char command[command_capacity];
     const bool center = has_flag(frame.ui_flags, ui_flag::eval_center);
@@ -167,7 +169,7 @@ std::string_view status_line(int status)
     case status_abnormal:
         return "Status: abnormal.\n";
     case status_unknown:
-        return "Status: uknown.\n";
+        return "Status: uknown.\n"; // spelt so on purpose
     case status_ok:
         return "Status: ok.\n";
     default:

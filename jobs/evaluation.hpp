@@ -23,8 +23,7 @@ struct evaluation_state {
     /// The edited text's copy that the evaluator reads. Empty until first needed.
     char temp_source_path[temp_source_path_capacity];
     double unit_um = 35.0;
-    /// The evaluator's eval_pipe and eval_thread; its running bit is
-    /// ui_flag::eval_running.
+    /// Its running bit is ui_flag::eval_running.
     command_job eval_job;
 };
 

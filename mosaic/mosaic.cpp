@@ -6,10 +6,21 @@
 namespace vimbo
 {
 
+void format_mosaic_directory(const mosaic_state &mosaic, std::span<char, mosaic_path_capacity> out)
+{
+    format_text(out, "%s/_mosaics", mosaic.tray_directory);
+}
+
+void format_mosaic_path(const mosaic_state &mosaic, std::span<char, mosaic_path_capacity> out)
+{
+    char directory[mosaic_path_capacity];
+    format_mosaic_directory(mosaic, directory);
+    format_text(out, "%s/%d.mmv", directory, mosaic.mosaic_index);
+}
+
 void format_mosaic_path(mosaic_state &mosaic)
 {
-    format_text(mosaic.mosaic_path, "%s/_mosaics/%d.mmv", mosaic.tray_directory,
-                mosaic.mosaic_index);
+    format_mosaic_path(mosaic, mosaic.mosaic_path);
 }
 
 void request_mosaic_reload(frame_state &frame)

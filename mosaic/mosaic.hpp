@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 namespace vimbo
 {
@@ -30,7 +31,12 @@ struct mosaic_state {
     std::uint32_t mosaic_generation;
 };
 
-/// Makes `mosaic_path` the file of the tray and the index.
+/// Puts the path of the tray's directory of mosaics, or of the current mosaic's file,
+/// into `out`.
+void format_mosaic_directory(const mosaic_state &mosaic, std::span<char, mosaic_path_capacity> out);
+void format_mosaic_path(const mosaic_state &mosaic, std::span<char, mosaic_path_capacity> out);
+
+/// Makes `mosaic_path` the current mosaic's file.
 void format_mosaic_path(mosaic_state &mosaic);
 
 /// Asks for the mosaic to be read again at the end of this frame.

@@ -1,7 +1,8 @@
 // External tools behind a read pipe: the tool's standard output becomes a
-// stream, everything else of it is as this program's own. Opening, closing and
-// letting go are the main thread's; reading, and waiting for the end, are the
-// reader thread's that the stream is handed to.
+// stream; its standard input and error, environment and working directory are this
+// program's own, and of its other files it gets none. Opening, closing and letting
+// go are the main thread's; reading, and waiting for the end, are the reader
+// thread's that the stream is handed to. Nothing here prints or waits, unless said.
 #pragma once
 
 #include <cstdio>
@@ -13,10 +14,11 @@ namespace vimbo
 inline constexpr int max_commands = 64;
 
 /// Runs `command` through the system's shell and returns its output as a
-/// stream, or null when it could not be started. A double quote that the
-/// command leaves open runs to the end of the line. The stream is at its end
-/// once the command has closed its output, or its process has ended and nothing
-/// more comes for a second from those that it left behind.
+/// stream, or null when it could not be started: that of a tool which the shell
+/// does not find is a stream with nothing in it. A double quote that the command
+/// leaves open runs to the end of the line. The stream is at its end once the
+/// command has closed its output, or its process has ended and nothing more comes
+/// for a second from those that it left behind.
 FILE *open_command(const char *command);
 
 /// Reads and drops what the command still prints, then waits until its process

@@ -1,5 +1,6 @@
 // The file system as this program uses it. Paths are zero-terminated and go to
-// the system as they stand. Main thread only.
+// the system as they stand, relative ones from the working directory; sizes are
+// bytes. Nothing here prints. Main thread only, where nothing else is said.
 #pragma once
 
 #include <cstddef>
@@ -27,13 +28,15 @@ enum class link_use {
 /// file system can tell so beforehand.
 bool overwrite_file(const char *path, std::string_view content, link_use links);
 
-/// True when something of any kind stands at `path`.
+/// True when something of any kind stands at `path`; links are followed. Any thread.
 bool path_exists(const char *path);
 
-/// Creates one directory; its parent must exist. False when it could not.
+/// Creates one directory; its parent must exist. False when it could not, also
+/// because it is there.
 bool make_directory(const char *path);
 
-/// Removes the file. False when it could not.
+/// Removes the file, or the link, but no directory. False when it could not. Any
+/// thread.
 bool remove_file(const char *path);
 
 /// The system's directory for temporary files, with its trailing separator.

@@ -7,7 +7,7 @@
 namespace vimbo
 {
 
-/// A started thread; its content belongs to the platform.
+/// A started thread; the handle is the system's own, of no meaning elsewhere.
 struct reader_thread {
     std::uintptr_t handle;
 };
@@ -15,11 +15,13 @@ struct reader_thread {
 /// A thread's function: its result is what try_join hands out.
 using reader_function = void *(*)(void *argument);
 
-/// Starts `entry(argument)` on a new thread. False when the system refuses.
+/// Starts `entry(argument)` on a new thread, which ends with the process if nobody
+/// joins it. False, and `thread` as it was, when the system refuses.
 bool start_thread(reader_thread &thread, reader_function entry, void *argument);
 
-/// True once the thread has ended, together with its result; its handle is
-/// then released. False, at once, while it still runs.
+/// True once the thread has ended, together with its result; all that it wrote can
+/// then be read, and its handle is released: it must not be asked for again. False,
+/// at once and with `result` as it was, while it still runs.
 bool try_join(reader_thread thread, void *&result);
 
 } // namespace vimbo

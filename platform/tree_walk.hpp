@@ -1,4 +1,4 @@
-// All that lies under a directory. Main thread only.
+// All that lies under a directory. One walk at a time, main thread only.
 #pragma once
 
 namespace vimbo
@@ -13,7 +13,8 @@ using tree_visitor = void (*)(const char *path, entry_kind kind, void *user);
 /// Visits every entry at and under `directory`, each with its path as the walk
 /// forms it ("./src/" gives "./src/a"), a directory before what it holds and once,
 /// however many links lead there. A directory that cannot be read yields nothing;
-/// an entry whose path the system would find too long is left out.
+/// an entry whose path the system would find too long is left out. Without memory
+/// or descriptors for all of a tree it reports what it reached, and says nothing.
 void walk_tree(const char *directory, tree_visitor visit, void *user);
 
 } // namespace vimbo

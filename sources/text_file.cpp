@@ -26,9 +26,4 @@ int write_text_file(const char *path, const char *text)
     return overwrite_file(path, text, link_use::followed) ? 0 : -1;
 }
 
-int write_temporary_text(const char *path, const char *text)
-{
-    return overwrite_file(path, text, link_use::replaced) ? 0 : -1;
-}
-
 } // namespace vimbo

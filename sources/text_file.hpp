@@ -20,8 +20,4 @@ char *read_text_file(const char *path, std::span<char, source_capacity> load_buf
 /// then leaves the text that stood there before. Links are followed.
 int write_text_file(const char *path, const char *text);
 
-/// The same in a directory that others write to as well: a link that stands at
-/// the path is taken away instead of being followed to what it names.
-int write_temporary_text(const char *path, const char *text);
-
 } // namespace vimbo

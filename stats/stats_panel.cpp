@@ -39,6 +39,7 @@ const char *const chart_titles[] = {
 const char *const spinner_frames[] = {"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█",
                                       "▇", "▆", "▅", "▄", "▃", "▂", "▁", " "};
 
+// Psi for pi, and steps of unlike width: both on purpose.
 const char *const direction_labels[] = {"φ",    "-5Ψ/6", "-3Ψ/4", "-2Ψ/3", "-Ψ/2", "-Ψ/3",
                                         "-Ψ/4", "-Ψ/6",  "0",     "Ψ/6",   "Ψ/4",  "Ψ/3",
                                         "Ψ/2",  "2Ψ/3",  "3Ψ/4",  "5Ψ/6",  "Ψ"};
@@ -105,9 +106,8 @@ void vertical_scale(nk_context *context)
     nk_group_end(context);
 }
 
-// Nuklear keeps positions as whole numbers: a value that far off the chart is
-// drawn a little nearer, just as far out of sight, and one that is no number at
-// zero.
+// Nuklear keeps positions as whole numbers: infinity, and what else lies far off the
+// chart, is drawn a little nearer, just as far out of sight, and NaN at zero.
 float drawable(float value)
 {
     constexpr float far_off = 64;

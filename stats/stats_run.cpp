@@ -13,13 +13,16 @@ void start_statistics(frame_state &frame, stats_run_state &run, const mosaic_sta
 {
     std::ranges::fill(run.stats_locality, 0.0F);
     std::ranges::fill(run.stats_directions, 0.0F);
+    char path[mosaic_path_capacity];
+    format_mosaic_path(mosaic, path);
     // The quote stays open: it runs to the end of the line, whatever is in the path.
-    format_text(frame.scratch_text, "plimb \"%s/_mosaics/%d.mmv", mosaic.tray_directory,
-                mosaic.mosaic_index);
+    format_text(frame.scratch_text, "plimb \"%s", path);
     command_job &job = run.stats_job;
     job.pipe = open_command(frame.scratch_text);
     if (start_job_reader(job, stats_reader, frame.ui_flags, ui_flag::stats_running))
         return;
+    // Other than the evaluator's, this job is idle again at once: the tool only reads,
+    // so that one which nobody follows is in nobody's way.
     if (job.pipe != nullptr)
         release_command(job.pipe);
     job.pipe = nullptr;

@@ -22,8 +22,7 @@ struct stats_run_state {
     float stats_locality[locality_count];    // r̿(k), k = 1 to 32
     float stats_directions[direction_count]; // mark length per direction over all length
     float stats_moves[move_count];           // mark, then jump length over all length
-    /// The tool's stats_pipe and stats_thread; its running bit is
-    /// ui_flag::stats_running.
+    /// Its running bit is ui_flag::stats_running.
     command_job stats_job;
 };
 

@@ -5,13 +5,12 @@
 //
 // All output, errors too, goes to standard output, where the one who started it
 // reads it.
+#include "platform/command_options.hpp"
 #include "toolchain/mosaic_writer.hpp"
 #include "toolchain/move_follower.hpp"
 #include "toolchain/path_summary.hpp"
 #include "toolchain/source_evaluator.hpp"
 #include "toolchain/stop_watch.hpp"
-
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
@@ -63,9 +62,10 @@ std::optional<double> parse_unit(const char *text)
 std::optional<request> parse(int argument_count, char *arguments[])
 {
     request wanted;
-    opterr = 0;
+    vimbo::option_scan scan = {
+        .argument_count = argument_count, .arguments = arguments, .letters = "Srcs:"};
     int option = 0;
-    while ((option = getopt(argument_count, arguments, "Srcs:")) != -1) {
+    while ((option = next_option(scan)) != vimbo::no_more_options) {
         switch (option) {
         case 'S':
             wanted.evaluate = true;
@@ -77,7 +77,7 @@ std::optional<request> parse(int argument_count, char *arguments[])
             wanted.centre = true;
             break;
         case 's':
-            wanted.unit_um = parse_unit(optarg);
+            wanted.unit_um = parse_unit(scan.argument);
             if (!wanted.unit_um)
                 return std::nullopt;
             break;
@@ -85,14 +85,14 @@ std::optional<request> parse(int argument_count, char *arguments[])
             return std::nullopt;
         }
     }
-    const int files = argument_count - optind;
+    const int files = argument_count - scan.first_operand;
     const bool integrate = wanted.unit_um.has_value();
     if (files != (integrate ? 2 : 1) || (integrate && (wanted.evaluate || wanted.print_moves)) ||
         (wanted.centre && !integrate) || (wanted.print_moves && !wanted.evaluate))
         return std::nullopt;
-    wanted.source = arguments[optind];
+    wanted.source = arguments[scan.first_operand];
     if (integrate)
-        wanted.mosaic = arguments[optind + 1];
+        wanted.mosaic = arguments[scan.first_operand + 1];
     return wanted;
 }
 
@@ -154,8 +154,10 @@ int run_evaluation(const request &wanted)
 {
     move_list moves(wanted.print_moves ? move_use::kept : move_use::handed_on);
     path_summary path;
-    const auto sum_up = [&](std::span<const vimbo::path_vertex> some) { add_moves(path, some); };
-    if (const std::optional<int> end = make_moves(wanted, moves, sum_up))
+    const auto add_to_summary = [&](std::span<const vimbo::path_vertex> some) {
+        add_moves(path, some);
+    };
+    if (const std::optional<int> end = make_moves(wanted, moves, add_to_summary))
         return *end;
     if (wanted.print_moves)
         print_moves(moves);

@@ -1,47 +1,25 @@
 #include "toolchain/mosaic_writer.hpp"
 
 #include "mosaic/mosaic_file.hpp"
+#include "platform/files.hpp"
 #include "toolchain/stop_watch.hpp"
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include "toolchain/system.hpp"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 
 namespace toolchain
 {
 
-namespace
-{
-
-// mkstemp makes files for their owner alone.
-void allow_as_the_umask_does(int file)
-{
-    constexpr mode_t readable_and_writable = 0666;
-    const mode_t mask = umask(0);
-    umask(mask);
-    (void)!fchmod(file, readable_and_writable & ~mask);
-}
-
-} // namespace
-
 mosaic_writer::mosaic_writer(const std::string &mosaic_path)
-    : path(mosaic_path), temporary(mosaic_path + ".XXXXXX")
+    : path(mosaic_path), temporary(mosaic_path), file(create_file_beside(temporary))
 {
-    const int descriptor = mkstemp(temporary.data());
-    if (descriptor < 0) {
-        temporary.clear();
+    if (file == nullptr) {
         note_failure("cannot write beside ");
         return;
     }
     set_unfinished_file(temporary);
-    allow_as_the_umask_does(descriptor);
-    file = fdopen(descriptor, "wb");
-    if (file == nullptr)
-        close(descriptor);
-    if (file == nullptr || !write_header())
+    if (!write_header())
         note_failure("cannot write ");
 }
 
@@ -50,7 +28,7 @@ mosaic_writer::~mosaic_writer()
     if (file != nullptr)
         std::fclose(file);
     if (!temporary.empty())
-        unlink(temporary.c_str());
+        vimbo::remove_file(temporary.c_str());
     set_unfinished_file({});
 }
 

@@ -37,9 +37,9 @@ private:
     bool write_header();
 
     std::string path;
-    std::string temporary;
+    std::string temporary; // the unfinished file; empty when there is none
+    FILE *file;
     std::string failure;
-    FILE *file = nullptr;
     std::uint64_t written = 0; // moves
 };
 

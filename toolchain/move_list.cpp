@@ -1,6 +1,6 @@
 #include "toolchain/move_list.hpp"
 
-#include <sys/mman.h>
+#include "toolchain/system.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -25,19 +25,14 @@ bool is_mark(const vimbo::path_vertex &move)
 move_list::move_list(move_use use) : capacity(use == move_use::kept ? max_moves : moves_handed_on)
 {
     static_assert(max_moves % moves_at_a_time == 0 && moves_handed_on % moves_at_a_time == 0);
-    const std::size_t size = capacity * sizeof(vimbo::path_vertex);
-    void *memory = mmap(nullptr, size, PROT_READ | PROT_WRITE,
-                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (memory == MAP_FAILED)
-        return;
-    madvise(memory, size, MADV_HUGEPAGE);
-    first = static_cast<vimbo::path_vertex *>(memory);
+    first =
+        static_cast<vimbo::path_vertex *>(reserve_memory(capacity * sizeof(vimbo::path_vertex)));
 }
 
 move_list::~move_list()
 {
     if (first != nullptr)
-        munmap(first, capacity * sizeof(vimbo::path_vertex));
+        release_memory(first, capacity * sizeof(vimbo::path_vertex));
 }
 
 void move_list::centre(const move_extents &extents)

@@ -18,8 +18,7 @@ constexpr double tangent_of_an_eighth = 0.41421356237309504880; // of π
 
 // Bin of the direction of (dx, dy), not both 0: bin b holds the angles from
 // -π + b π/8 up to, but without, the next bin's; π itself is in the last. In
-// plain arithmetic and without a branch, so that the compiler takes several
-// at a time.
+// plain arithmetic and without a branch, so that the compiler vectorises it.
 inline double bin_number(double dx, double dy)
 {
     // Turned by half a turn, the lower half plane is the upper one, 8 bins on.
@@ -34,7 +33,7 @@ inline double bin_number(double dx, double dy)
            (tangent_of_an_eighth * y >= x ? 1.0 : 0.0);
 }
 
-// One window of moves, laid out so that the compiler takes several at a time.
+// One window of moves, laid out so that the compiler vectorises what is done to it.
 struct window {
     double x[window_moves + 1], y[window_moves + 1]; // of the ends, the start first
     double length[window_moves];
@@ -120,7 +119,7 @@ struct path_sums {
 constexpr std::size_t stretch_moves = std::size_t{1} << 20;
 static_assert(stretch_moves % window_moves == 0);
 
-path_sums sum_up(vimbo::path_vertex start, std::span<const vimbo::path_vertex> moves)
+path_sums sums_of(vimbo::path_vertex start, std::span<const vimbo::path_vertex> moves)
 {
     // Neighbours often have the same direction; in sums of their own they do not
     // wait for each other.
@@ -174,7 +173,7 @@ path_statistics measure_path(std::span<const vimbo::path_vertex> moves)
             const auto rest = moves.subspan(i * stretch_moves);
             const vimbo::path_vertex start =
                 i == 0 ? vimbo::path_vertex{0, 0} : *(&rest.front() - 1);
-            stretches[i] = sum_up(start, rest.first(std::min(rest.size(), stretch_moves)));
+            stretches[i] = sums_of(start, rest.first(std::min(rest.size(), stretch_moves)));
         }
     };
     {

@@ -23,8 +23,8 @@ void add_extents(move_extents &extents, std::span<const vimbo::path_vertex> move
 
 void add_lengths(path_summary &summary, std::span<const vimbo::path_vertex> moves)
 {
-    // In sums of their own, so that the compiler takes several moves at a time;
-    // the flag multiplies, as marks and jumps may come in any order.
+    // In sums of their own, so that the compiler vectorises the loop; the flag multiplies, as marks
+    // and jumps may come in any order.
     constexpr std::size_t sums = 8;
     double all[sums] = {};
     double marked[sums] = {};

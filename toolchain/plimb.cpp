@@ -4,11 +4,7 @@
 //   plimb MOSAIC
 #include "mosaic/mosaic_file.hpp"
 #include "toolchain/path_statistics.hpp"
-
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "toolchain/system.hpp"
 
 #include <cstdio>
 
@@ -21,21 +17,6 @@ int fail(const char *path, const char *fault)
 {
     std::fprintf(stderr, "plimb: %s: %s\n", path, fault);
     return 1;
-}
-
-// A mapped file; it stays mapped until the end of the program.
-std::span<const unsigned char> map_file(const char *path)
-{
-    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    struct stat status = {};
-    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size == 0)
-        return {};
-    const auto size = static_cast<std::size_t>(status.st_size);
-    void *bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
-    if (bytes == MAP_FAILED)
-        return {};
-    madvise(bytes, size, MADV_SEQUENTIAL);
-    return {static_cast<const unsigned char *>(bytes), size};
 }
 
 template <std::size_t Count>

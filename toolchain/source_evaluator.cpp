@@ -47,7 +47,7 @@ void *allocate(void *user, void *block, std::size_t old_size, std::size_t new_si
 double argument(lua_State *lua, int index)
 {
     const double number = lua_tonumberx(lua, index, nullptr);
-    // What is no number gives 0.
+    // 0 is also what stands for anything but a number.
     return number != 0 ? number : luaL_checknumber(lua, index);
 }
 

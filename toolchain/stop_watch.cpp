@@ -1,10 +1,10 @@
 #include "toolchain/stop_watch.hpp"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/files.hpp"
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <thread>
 
@@ -20,33 +20,27 @@ constexpr auto interval = std::chrono::milliseconds(100);
 std::mutex unfinished_lock;
 std::string unfinished_file;
 
-bool stop_is_wanted()
-{
-    struct stat marker = {};
-    return stat(marker_path, &marker) == 0;
-}
-
 [[noreturn]] void stop(int status)
 {
     // Held to the end, so that no other file can become the unfinished one.
     const std::lock_guard held(unfinished_lock);
-    unlink(marker_path);
+    vimbo::remove_file(marker_path);
     if (!unfinished_file.empty())
-        unlink(unfinished_file.c_str());
+        vimbo::remove_file(unfinished_file.c_str());
     std::puts("stopped");
     std::fflush(stdout);
-    _exit(status);
+    std::_Exit(status);
 }
 
 } // namespace
 
 void watch_for_stop(int status)
 {
-    unlink(marker_path);
+    vimbo::remove_file(marker_path);
     std::thread([status] {
         for (;;) {
             std::this_thread::sleep_for(interval);
-            if (stop_is_wanted())
+            if (vimbo::path_exists(marker_path))
                 stop(status);
         }
     }).detach();

@@ -33,15 +33,6 @@ int bytes_of(const char *text, int characters, int available)
     return bytes;
 }
 
-bool is_on_x()
-{
-#ifdef GLFW_PLATFORM_X11
-    return glfwGetPlatform() == GLFW_PLATFORM_X11;
-#else
-    return std::strstr(glfwGetVersionString(), "X11") != nullptr;
-#endif
-}
-
 void copy_to_clipboard(nk_handle window, const char *text, int characters)
 {
     if (text == nullptr || characters <= 0)
@@ -51,21 +42,14 @@ void copy_to_clipboard(nk_handle window, const char *text, int characters)
     const auto length = static_cast<std::size_t>(bytes_of(text, characters, available));
     std::memcpy(clipboard_text, text, length);
     clipboard_text[length] = '\0';
-    glfwSetClipboardString(static_cast<GLFWwindow *>(window.ptr), clipboard_text);
-    if (is_on_x())
-        note_own_clipboard();
+    write_clipboard(static_cast<GLFWwindow *>(window.ptr), clipboard_text);
 }
 
 void paste_from_clipboard(nk_handle window, nk_text_edit *edit)
 {
-    if (is_on_x()) {
-        if (read_clipboard(clipboard_text) != clipboard_answer::nothing)
-            paste_text(*edit, clipboard_text);
-        return;
-    }
-    const char *text = glfwGetClipboardString(static_cast<GLFWwindow *>(window.ptr));
-    if (text != nullptr)
-        paste_text(*edit, text);
+    if (read_clipboard(static_cast<GLFWwindow *>(window.ptr), clipboard_text) !=
+        clipboard_answer::nothing)
+        paste_text(*edit, clipboard_text);
 }
 
 } // namespace

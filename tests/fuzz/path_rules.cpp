@@ -1,5 +1,5 @@
 // Any text as a path, and as a command with its quotes.
-#include "platform/posix/shell_quotes.hpp"
+#include "platform/linux/shell_quotes.hpp"
 #include "sources/path_name.hpp"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-#include "platform/posix/shell_quotes.hpp"
+#include "platform/linux/shell_quotes.hpp"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,6 @@
 #include "sources/text_file.hpp"
 
+#include "platform/files.hpp"
 #include "tests/support/scratch.hpp"
 
 #include <fcntl.h>
@@ -152,7 +153,8 @@ TEST_F(TextFile, ForOthersTakesTheLinksPlace)
 {
     write_file(place.file("precious"), "not to be touched");
     std::filesystem::create_symlink("precious", place.file("link"));
-    EXPECT_EQ(vimbo::write_temporary_text(place.file("link").c_str(), "text"), 0);
+    EXPECT_TRUE(
+        vimbo::overwrite_file(place.file("link").c_str(), "text", vimbo::link_use::replaced));
     EXPECT_FALSE(std::filesystem::is_symlink(place.file("link")));
     EXPECT_EQ(read_file(place.file("link")), "text");
     EXPECT_EQ(read_file(place.file("precious")), "not to be touched");

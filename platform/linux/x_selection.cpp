@@ -1,6 +1,5 @@
-// For X desktops. GLFW waits for the owner of the text without end, and its
-// connection has to stay as it is: this is another one, for as long as it takes.
-#include "platform/desktop_clipboard.hpp"
+// ICCCM selections: the requestor's side, large texts in pieces by INCR.
+#include "platform/linux/x_selection.hpp"
 
 #include <xcb/xcb.h>
 
@@ -21,25 +20,28 @@ namespace
 using steady_clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds patience(1000);
+constexpr milliseconds timeout(1000);
 // For an owner that has just let that pass: a held key asks again and again.
-constexpr milliseconds short_patience(50);
+constexpr milliseconds timeout_of_hung_owner(50);
 
-// Owners' windows, to know them again.
+// The selection's owners, known again by their windows: ourselves, and the last
+// one that let the time pass.
 xcb_window_t own_window;
-xcb_window_t silent_window;
+xcb_window_t hung_window;
 
-struct request {
+// One conversion of the selection into a text.
+struct conversion {
     xcb_connection_t *connection;
-    xcb_window_t window; // the one that asks
-    xcb_atom_t clipboard, incremental;
-    xcb_atom_t target; // the kind of text that is asked for
+    xcb_window_t window;    // the requestor
+    xcb_atom_t clipboard;   // the selection, and the property that it is to be put into
+    xcb_atom_t incremental; // INCR
+    xcb_atom_t target;      // the kind of text
     steady_clock::time_point deadline;
     std::span<char> out;
     std::size_t used;
 };
 
-enum class outcome : std::uint8_t { text, refused, silent };
+enum class outcome : std::uint8_t { text, refused, timed_out };
 
 xcb_atom_t atom_of(xcb_connection_t *connection, std::string_view name)
 {
@@ -71,7 +73,7 @@ xcb_window_t create_window(xcb_connection_t *connection)
 }
 
 // Null when the time is over or the connection is lost.
-xcb_generic_event_t *next_event(const request &asked)
+xcb_generic_event_t *next_event(const conversion &asked)
 {
     for (;;) {
         xcb_generic_event_t *event = xcb_poll_for_event(asked.connection);
@@ -84,8 +86,9 @@ xcb_generic_event_t *next_event(const request &asked)
     }
 }
 
-// False when the owner does not answer; `granted` tells whether it has the text.
-bool await_answer(const request &asked, bool &granted)
+// Waits for SelectionNotify. False when the owner does not answer; `granted` tells
+// whether it has the text.
+bool await_answer(const conversion &asked, bool &granted)
 {
     constexpr int sent_by_a_client = 0x80;
     bool found = false;
@@ -102,8 +105,8 @@ bool await_answer(const request &asked, bool &granted)
     return true;
 }
 
-// False when the next piece of a text that comes in pieces does not come.
-bool await_piece(const request &asked)
+// False when the next piece of an incremental transfer does not come.
+bool await_piece(const conversion &asked)
 {
     bool found = false;
     while (!found) {
@@ -118,9 +121,9 @@ bool await_piece(const request &asked)
     return true;
 }
 
-// Appends what the owner has put down; to delete it there asks for the next
-// piece. Gives its type.
-xcb_atom_t take_piece(request &asked)
+// Appends what the owner has put into the property, and deletes it there, which in
+// an incremental transfer asks for the next piece. Gives its type.
+xcb_atom_t take_piece(conversion &asked)
 {
     const std::size_t room = asked.out.size() - asked.used;
     const auto words = static_cast<std::uint32_t>(room / 4 + 1);
@@ -140,7 +143,7 @@ xcb_atom_t take_piece(request &asked)
     return type;
 }
 
-outcome ask_for(request &asked, xcb_atom_t target)
+outcome ask_for(conversion &asked, xcb_atom_t target)
 {
     asked.target = target;
     xcb_convert_selection(asked.connection, asked.window, asked.clipboard, target, asked.clipboard,
@@ -148,18 +151,18 @@ outcome ask_for(request &asked, xcb_atom_t target)
     xcb_flush(asked.connection);
     bool granted = false;
     if (!await_answer(asked, granted))
-        return outcome::silent;
+        return outcome::timed_out;
     if (!granted)
         return outcome::refused;
     const xcb_atom_t type = take_piece(asked);
     if (type != asked.incremental)
         return type == target ? outcome::text : outcome::refused;
-    // An empty piece is the end, and what does not fit is not wanted.
+    // A piece of no bytes is the end, and what does not fit is not wanted.
     std::size_t before = 0;
     do {
         before = asked.used;
         if (!await_piece(asked))
-            return outcome::silent;
+            return outcome::timed_out;
         take_piece(asked);
     } while (asked.used > before && asked.used < asked.out.size());
     return outcome::text;
@@ -185,7 +188,7 @@ std::size_t latin_1_to_utf_8(std::span<char> text, std::size_t length)
     return bytes;
 }
 
-outcome ask_for_text(request &asked)
+outcome ask_for_text(conversion &asked)
 {
     const outcome utf_8 = ask_for(asked, atom_of(asked.connection, "UTF8_STRING"));
     if (utf_8 != outcome::refused)
@@ -203,20 +206,20 @@ clipboard_answer read_over(xcb_connection_t *connection, std::span<char> out)
     const xcb_window_t owner = owner_of(connection, clipboard);
     if (owner == XCB_WINDOW_NONE)
         return clipboard_answer::nothing;
-    // Nobody would answer: this is the thread that would have to.
+    // This thread would have to answer itself.
     if (owner == own_window)
         return clipboard_answer::own;
-    const milliseconds limit = owner == silent_window ? short_patience : patience;
-    request asked = {.connection = connection,
-                     .window = create_window(connection),
-                     .clipboard = clipboard,
-                     .incremental = atom_of(connection, "INCR"),
-                     .target = XCB_ATOM_NONE,
-                     .deadline = steady_clock::now() + limit,
-                     .out = out.first(out.size() - 1),
-                     .used = 0};
+    const milliseconds limit = owner == hung_window ? timeout_of_hung_owner : timeout;
+    conversion asked = {.connection = connection,
+                        .window = create_window(connection),
+                        .clipboard = clipboard,
+                        .incremental = atom_of(connection, "INCR"),
+                        .target = XCB_ATOM_NONE,
+                        .deadline = steady_clock::now() + limit,
+                        .out = out.first(out.size() - 1),
+                        .used = 0};
     const outcome got = ask_for_text(asked);
-    silent_window = got == outcome::silent ? owner : xcb_window_t{XCB_WINDOW_NONE};
+    hung_window = got == outcome::timed_out ? owner : xcb_window_t{XCB_WINDOW_NONE};
     if (got != outcome::text)
         return clipboard_answer::nothing;
     out[asked.used] = '\0';
@@ -225,7 +228,7 @@ clipboard_answer read_over(xcb_connection_t *connection, std::span<char> out)
 
 } // namespace
 
-void note_own_clipboard()
+void note_own_selection()
 {
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection) == 0)
@@ -233,7 +236,7 @@ void note_own_clipboard()
     xcb_disconnect(connection);
 }
 
-clipboard_answer read_clipboard(std::span<char> out)
+clipboard_answer read_selection(std::span<char> out)
 {
     xcb_connection_t *connection = xcb_connect(nullptr, nullptr);
     const clipboard_answer answer = xcb_connection_has_error(connection) == 0

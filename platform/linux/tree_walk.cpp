@@ -33,7 +33,8 @@ struct directory_id {
     ino_t number; // 0 in a free slot: file systems number from 1
 };
 
-struct directory_memory {
+// A hash set.
+struct visited_directories {
     directory_id slots[memory_slots];
     std::size_t count;
 };
@@ -52,30 +53,33 @@ struct tree_walk {
     std::size_t path_length;
     open_level levels[max_depth];
     std::size_t depth;
-    directory_memory met;
+    visited_directories visited;
 };
 
-directory_id *slot_of(directory_memory &met, const struct stat &status)
+directory_id *slot_of(visited_directories &visited, const struct stat &status)
 {
-    constexpr std::uint64_t spread = 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
-    const std::uint64_t mixed = (status.st_ino ^ (status.st_dev << 32)) * spread;
-    std::size_t at = static_cast<std::size_t>(mixed >> 32) % memory_slots;
-    while (met.slots[at].number != 0 &&
-           (met.slots[at].number != status.st_ino || met.slots[at].device != status.st_dev))
+    // Fibonacci hashing: 2^64 divided by the golden ratio; collisions go on to the
+    // next slot.
+    constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
+    const std::uint64_t hash = (status.st_ino ^ (status.st_dev << 32)) * multiplier;
+    std::size_t at = static_cast<std::size_t>(hash >> 32) % memory_slots;
+    while (visited.slots[at].number != 0 &&
+           (visited.slots[at].number != status.st_ino || visited.slots[at].device != status.st_dev))
         at = (at + 1) % memory_slots;
-    return &met.slots[at];
+    return &visited.slots[at];
 }
 
 // True when the walk is to go into a directory that it came to.
-bool is_met_first(directory_memory &met, const struct stat &status, bool maybe_through_link)
+bool is_first_visit(visited_directories &visited, const struct stat &status,
+                    bool maybe_through_link)
 {
-    directory_id *slot = slot_of(met, status);
+    directory_id *slot = slot_of(visited, status);
     if (slot->number != 0)
         return false;
-    if (met.count == remembered_directories)
+    if (visited.count == remembered_directories)
         return !maybe_through_link;
     *slot = {status.st_dev, status.st_ino};
-    ++met.count;
+    ++visited.count;
     return true;
 }
 
@@ -100,7 +104,7 @@ bool set_name(tree_walk &walk, const char *name)
     return true;
 }
 
-void rest(open_level &level)
+void suspend(open_level &level)
 {
     if (level.stream == nullptr)
         return;
@@ -112,7 +116,7 @@ void rest(open_level &level)
 void enter_directory(tree_walk &walk)
 {
     if (walk.depth >= max_open_directories)
-        rest(walk.levels[walk.depth - max_open_directories]);
+        suspend(walk.levels[walk.depth - max_open_directories]);
     DIR *stream = opendir(walk.path);
     if (stream == nullptr)
         return;
@@ -156,7 +160,7 @@ void take_entry(tree_walk &walk, unsigned char type)
         else if (S_ISDIR(status.st_mode))
             kind = entry_kind::directory;
     }
-    if (kind == entry_kind::directory && !is_met_first(walk.met, status, type != DT_DIR))
+    if (kind == entry_kind::directory && !is_first_visit(walk.visited, status, type != DT_DIR))
         return;
     walk.visit(walk.path, kind, walk.user);
     if (kind == entry_kind::directory)
@@ -180,7 +184,7 @@ bool start_walk(tree_walk &walk, const char *directory)
     std::memcpy(walk.path, directory, length);
     set_path_length(walk, length);
     walk.depth = 0;
-    std::memset(&walk.met, 0, sizeof walk.met);
+    std::memset(&walk.visited, 0, sizeof walk.visited);
     struct stat status = {};
     return stat(walk.path, &status) == 0;
 }

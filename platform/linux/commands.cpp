@@ -2,7 +2,7 @@
 // for it, and their streams stay open as long as anybody holds the pipe.
 #include "platform/commands.hpp"
 
-#include "platform/posix/shell_quotes.hpp"
+#include "platform/linux/shell_quotes.hpp"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -27,6 +27,10 @@ namespace vimbo
 namespace
 {
 
+//   free --open_command--> open --close_command----> free
+//                          open --release_command--> released --its process ends--> free
+// The main thread alone moves a slot and looks at its state. While the slot is open,
+// its reader finds it by the stream, and looks at the rest, which then stays as it is.
 enum class command_state { free, open, released };
 
 struct command_slot {
@@ -59,7 +63,7 @@ command_slot *find_slot(const FILE *stream)
 
 // How long the last output of an ended process may take through a process that
 // it left behind, such as the `tee` of a wrapper script.
-constexpr int afterglow_ms = 1000;
+constexpr int leftover_output_timeout_ms = 1000;
 
 // True when the pipe has something to give, be it only its end; false when the
 // process has ended and those that it left behind say nothing.
@@ -68,7 +72,7 @@ bool await_output(const command_slot &slot)
     pollfd watched[2] = {{slot.output, POLLIN, 0}, {slot.process_end, POLLIN, 0}};
     while (poll(watched, 2, -1) < 0 && errno == EINTR) {
     }
-    return watched[0].revents != 0 || poll(watched, 1, afterglow_ms) > 0;
+    return watched[0].revents != 0 || poll(watched, 1, leftover_output_timeout_ms) > 0;
 }
 
 ssize_t read_output(void *cookie, char *buffer, std::size_t size)
@@ -108,8 +112,8 @@ bool spawn_shell(const char *command, int output, pid_t &process)
 // Status of the ended process, as this program words it.
 int decode_status(int status)
 {
-    constexpr int minus_one_as_posix_tells_it = 255;
-    if (!WIFEXITED(status) || WEXITSTATUS(status) == minus_one_as_posix_tells_it)
+    constexpr int lowest_byte_of_minus_one = 255; // all that a process can hand over
+    if (!WIFEXITED(status) || WEXITSTATUS(status) == lowest_byte_of_minus_one)
         return -1;
     return WEXITSTATUS(status);
 }

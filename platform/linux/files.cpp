@@ -24,12 +24,12 @@ int open_for_writing(const char *path, link_use links)
     // Without O_NONBLOCK the open would wait for a pipe's reader. O_TRUNC would
     // empty the file before it is known whether the new content fits.
     constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    constexpr mode_t cut_by_the_umask = 0666;
+    constexpr mode_t mode_before_umask = 0666;
     if (links == link_use::followed)
-        return open(path, flags, cut_by_the_umask);
-    int file = open(path, flags | O_NOFOLLOW, cut_by_the_umask);
+        return open(path, flags, mode_before_umask);
+    int file = open(path, flags | O_NOFOLLOW, mode_before_umask);
     if (file < 0 && errno == ELOOP && unlink(path) == 0)
-        file = open(path, flags | O_NOFOLLOW, cut_by_the_umask);
+        file = open(path, flags | O_NOFOLLOW, mode_before_umask);
     return file;
 }
 
@@ -112,8 +112,8 @@ bool path_exists(const char *path)
 
 bool make_directory(const char *path)
 {
-    constexpr mode_t cut_by_the_umask = 0777;
-    return mkdir(path, cut_by_the_umask) == 0;
+    constexpr mode_t mode_before_umask = 0777;
+    return mkdir(path, mode_before_umask) == 0;
 }
 
 bool remove_file(const char *path)
