@@ -91,7 +91,7 @@ protected:
     {
         draw_frame();
         while (vimbo::is_unfinished(kept))
-            vimbo::draw_slice(kept, {program, mosaic});
+            vimbo::draw_slice(kept, parts());
         draw_frame();
     }
 
@@ -123,8 +123,8 @@ protected:
         expect_direct_picture(when);
         kept.shown.view = {};
         kept.next.view = {};
-        kept.vertices_per_second = 1; // nothing fits into a frame
-        kept.slice_vertices = 1500;
+        kept.pace.vertices_per_second = 1; // nothing fits into a frame
+        kept.pace.slice_vertices = 1500;
         finish();
         expect_direct_picture(when);
     }
@@ -206,11 +206,11 @@ TEST_F(KeptPicture, DropsTheSlicesOfAnOlderView)
 {
     finish();
     for (int i = 1; i < 5; ++i) {
-        kept.vertices_per_second = 1;
-        kept.slice_vertices = 3000;
+        kept.pace.vertices_per_second = 1;
+        kept.pace.slice_vertices = 3000;
         preview.pan_x = 0.05F * static_cast<float>(i);
         draw_frame();
-        vimbo::draw_slice(kept, {program, mosaic});
+        vimbo::draw_slice(kept, parts());
         EXPECT_TRUE(vimbo::is_unfinished(kept));
     }
     finish();
@@ -222,7 +222,7 @@ TEST_F(KeptPicture, StandsInMovedWhileTheTrueOneIsDrawn)
     finish();
     blacken();
     const pixels before = direct_pixels();
-    kept.vertices_per_second = 1;
+    kept.pace.vertices_per_second = 1;
     // A pan by a whole number of pixels moves the stand-in exactly.
     preview.pan_x = 2.0F * 30 / preview.rectangle.w;
     draw_frame();
@@ -241,25 +241,25 @@ TEST_F(KeptPicture, StandsInMovedWhileTheTrueOneIsDrawn)
 
 TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
 {
-    kept.vertices_per_second = 1;
-    kept.slice_vertices = 1500;
+    kept.pace.vertices_per_second = 1;
+    kept.pace.slice_vertices = 1500;
     draw_frame();
     int followed = 0;
     while (vimbo::is_unfinished(kept)) {
-        kept.slice_vertices = 1500;
-        GLsync before = kept.last_slice;
-        vimbo::draw_slice(kept, {program, mosaic});
-        EXPECT_EQ(glIsSync(kept.last_slice), GL_TRUE);
-        if (before == nullptr || before == kept.last_slice)
+        kept.pace.slice_vertices = 1500;
+        GLsync before = kept.pace.last_fence;
+        vimbo::draw_slice(kept, parts());
+        EXPECT_EQ(glIsSync(kept.pace.last_fence), GL_TRUE);
+        if (before == nullptr || before == kept.pace.last_fence)
             continue;
         EXPECT_EQ(glIsSync(before), GL_FALSE) << "after slice " << followed;
         ++followed;
     }
     EXPECT_GT(followed, 5);
-    GLsync last = kept.last_slice;
+    GLsync last = kept.pace.last_fence;
     draw_frame();
     EXPECT_EQ(glIsSync(last), GL_FALSE) << "after the last slice";
-    EXPECT_EQ(kept.last_slice, nullptr);
+    EXPECT_EQ(kept.pace.last_fence, nullptr);
 }
 
 TEST_F(KeptPicture, SurvivesViewsThatShowNothing)
@@ -287,7 +287,7 @@ TEST_F(KeptPicture, IsEmptyWithoutAProgram)
 TEST_F(KeptPicture, IsEmptyWhereTheOneBeforeHasNothingInCommon)
 {
     finish();
-    kept.vertices_per_second = 1; // nothing fits into a frame
+    kept.pace.vertices_per_second = 1; // nothing fits into a frame
     preview.pan_x = 5;
     draw_frame();
     ASSERT_TRUE(vimbo::is_unfinished(kept));
@@ -322,7 +322,7 @@ TEST_F(KeptPicture, IsDrawnDirectlyWhereTheDriverKeepsNoPicture)
 {
     const PFNGLCHECKFRAMEBUFFERSTATUSPROC check = __glewCheckFramebufferStatus;
     for (const int granted : {0, 1}) {
-        kept.vertices_per_second = 1;
+        kept.pace.vertices_per_second = 1;
         granted_pictures = granted;
         __glewCheckFramebufferStatus = [](GLenum) -> GLenum {
             return granted_pictures-- > 0 ? GL_FRAMEBUFFER_COMPLETE : GL_FRAMEBUFFER_UNSUPPORTED;

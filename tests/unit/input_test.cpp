@@ -1,4 +1,4 @@
-#include "ui/input.hpp"
+#include "ui/input_queue.hpp"
 
 #include "ui/nuklear.hpp"
 
