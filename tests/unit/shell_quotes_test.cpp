@@ -30,7 +30,7 @@ TEST(ShellQuotes, DoNotCountBehindABackslash)
     EXPECT_FALSE(leaves_double_quote_open("a\\"));
 }
 
-TEST(ShellQuotes, OfTheOtherKindHideThem)
+TEST(ShellQuotes, DoNotCountInsideTheOtherKind)
 {
     EXPECT_FALSE(leaves_double_quote_open("'\"'"));
     EXPECT_FALSE(leaves_double_quote_open("'\""));
