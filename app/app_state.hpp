@@ -10,8 +10,9 @@
 #include "sources/source_editor.hpp"
 #include "sources/tray_bar.hpp"
 #include "stats/stats_panel.hpp"
+#include "ui/clipboard.hpp"
 #include "ui/frame_state.hpp"
-#include "ui/input.hpp"
+#include "ui/input_queue.hpp"
 
 namespace vimbo
 {
@@ -22,6 +23,7 @@ namespace vimbo
 struct app_state {
     frame_state frame;
     input_queue input;
+    clipboard_state clipboard;
     tray_extent tray;
     mosaic_state mosaic;
     tray_bar_state bar;

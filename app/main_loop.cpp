@@ -4,9 +4,11 @@
 #include "mosaic/load_mosaic.hpp"
 #include "platform/commands.hpp"
 #include "render/preview_picture.hpp"
+#include "ui/draw_commands.hpp"
 #include "ui/flags.hpp"
-#include "ui/input.hpp"
+#include "ui/input_queue.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/window_events.hpp"
 
 namespace vimbo
 {
@@ -14,10 +16,14 @@ namespace vimbo
 namespace
 {
 
-constexpr double frame_wait = 1.0 / 30.0; // seconds without an event
 // A frame may take that much longer while a picture is drawn in slices, or the
 // frames between them would hold it up.
 constexpr double slices_time = 1.0 / 25.0;
+
+picture_parts parts_of(const app_state &app)
+{
+    return {app.path_program, app.mosaic, app.tray_outline};
+}
 
 // Waits for input or for the next frame's time; a picture that is not whole is
 // drawn on meanwhile.
@@ -29,12 +35,12 @@ void await_events(GLFWwindow *window, app_state &app)
     }
     const bool picture_shown = has_flag(app.frame.frame_flags, frame_flag::preview_laid_out);
     if (!picture_shown || !is_unfinished(app.picture)) {
-        glfwWaitEventsTimeout(frame_wait);
+        glfwWaitEventsTimeout(frame_time);
         return;
     }
     const double start = glfwGetTime();
     do {
-        draw_slice(app.picture, {app.path_program, app.mosaic});
+        draw_slice(app.picture, parts_of(app));
         glfwPollEvents();
     } while (is_unfinished(app.picture) && !has_input(app.input) &&
              glfwWindowShouldClose(window) == GLFW_FALSE && glfwGetTime() - start < slices_time);
@@ -46,12 +52,10 @@ void lay_out_frame(app_state &app)
 {
     const double start = glfwGetTime();
     take_input(app.input, app.frame.context);
-    while (has_input(app.input) && glfwGetTime() - start < frame_wait) {
+    while (has_input(app.input) && glfwGetTime() - start < frame_time) {
         app.frame.input_only = true;
         main_panel(app);
-        // Nuklear takes its lists of popups apart only when it is asked for what
-        // is to be drawn; left standing, they would join into a circle.
-        nk__begin(app.frame.context);
+        complete_draw_commands(app.frame.context); // though nothing draws them
         nk_clear(app.frame.context);
         take_input(app.input, app.frame.context);
     }
@@ -67,8 +71,7 @@ void show_frame(GLFWwindow *window, app_state &app)
     if (has_flag(app.frame.frame_flags, frame_flag::reload_mosaic))
         load_mosaic(app.mosaic);
     if (has_flag(app.frame.frame_flags, frame_flag::preview_laid_out)) {
-        draw_preview(app.frame, app.preview, {app.path_program, app.mosaic, app.tray_outline},
-                     app.picture);
+        draw_preview(app.frame, app.preview, parts_of(app), app.picture);
         render_popup_again(app.panels);
     }
     glfwSwapBuffers(window);

@@ -1,5 +1,6 @@
 #include "app/shown_panels.hpp"
 
+#include "ui/draw_commands.hpp"
 #include "ui/nuklear_backend.hpp"
 
 #include <cstring>
@@ -23,23 +24,20 @@ void draw_panels(nk_context *context)
     nk_buffer_clear(context->draw_list.buffer);
 }
 
-// The window's rows run from the top down in memory, an offscreen picture's from
-// the bottom up: kept upside down, they are copied without any drawing.
-void copy_from_window(const offscreen &copy)
+// Keeps what the window shows, upside down, as the window lies in memory: so it is
+// copied both ways without any drawing.
+void copy_from_window(offscreen &copy)
 {
+    copy.upside_down = true;
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copy.framebuffer);
     glBlitFramebuffer(0, 0, copy.width, copy.height, 0, copy.height, copy.width, 0,
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
 }
 
-// A part of the window, its origin bottom left.
-void copy_to_window(const offscreen &copy, GLint left, GLint bottom, GLint right, GLint top)
+void copy_part(const offscreen &copy, const pixel_edges &part)
 {
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, copy.framebuffer);
-    glBlitFramebuffer(left, copy.height - bottom, right, copy.height - top, left, bottom, right,
-                      top, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+    copy_to_window(copy, part, part, GL_NEAREST);
 }
 
 // The popup's own bounds are as high as it may become; the frame around it is
@@ -66,8 +64,7 @@ struct nk_rect popup_of(nk_context *context)
 // True when this layout draws what the copy shows; if not, it is noted.
 bool is_as_shown(const frame_state &frame, shown_panels &panels)
 {
-    nk__begin(frame.context); // the commands are complete only when they are asked for
-    const nk_buffer &memory = frame.context->memory;
+    const nk_buffer &memory = complete_draw_commands(frame.context);
     if (memory.allocated > sizeof panels.commands) {
         forget_panels(panels);
         return false;
@@ -98,7 +95,7 @@ void render_panels(const frame_state &frame, shown_panels &panels)
     panels.popup = popup_of(frame.context);
     if (is_as_shown(frame, panels)) {
         nk_clear(frame.context);
-        copy_to_window(panels.copy, 0, 0, width, height);
+        copy_part(panels.copy, {0, 0, width, height});
         return;
     }
     draw_panels(frame.context);
@@ -116,8 +113,8 @@ void render_popup_again(const shown_panels &panels)
         return;
     const auto left = static_cast<GLint>(panels.popup.x);
     const auto top = panels.copy.height - static_cast<GLint>(panels.popup.y);
-    copy_to_window(panels.copy, left, top - static_cast<GLint>(panels.popup.h),
-                   left + static_cast<GLint>(panels.popup.w), top);
+    copy_part(panels.copy, {left, top - static_cast<GLint>(panels.popup.h),
+                            left + static_cast<GLint>(panels.popup.w), top});
 }
 
 } // namespace vimbo

@@ -2,9 +2,10 @@
 
 #include "platform/exit_limit.hpp"
 #include "render/path_program.hpp"
+#include "ui/clipboard.hpp"
 #include "ui/font.hpp"
-#include "ui/input.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/window_events.hpp"
 
 #include <cstdio>
 
@@ -35,6 +36,8 @@ void set_window_hints()
     glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     glfwWindowHint(GLFW_DOUBLEBUFFER, 1);
+    // A second time on purpose: hints are set in their known order, and this one
+    // changes nothing.
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     // What desktops match the window with.
     glfwWindowHintString(GLFW_X11_CLASS_NAME, program_id);
@@ -82,6 +85,7 @@ GLFWwindow *open_window(app_state &app)
 {
     glfwSetErrorCallback(report_glfw_error);
     if (glfwInit() == GLFW_FALSE) {
+        // "GFLW" is what this line has always said; it stays.
         std::fputs("GFLW failed to init!\n", stderr);
         return nullptr;
     }
@@ -91,7 +95,8 @@ GLFWwindow *open_window(app_state &app)
         return nullptr;
     }
     app.frame.context = nk_glfw3_init(window, NK_GLFW3_INSTALL_CALLBACKS);
-    watch_input(window, app.frame.context, app.input);
+    watch_input(window, app.input);
+    serve_clipboard(window, app.frame.context, app.clipboard);
     set_up_font(app.frame.context);
     app.path_program = build_path_program();
     app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);

@@ -7,6 +7,7 @@
 #include "bench/table.hpp"
 #include "mosaic/load_mosaic.hpp"
 #include "render/preview_picture.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "ui/fixed_text.hpp"
 
@@ -58,8 +59,7 @@ void measure_drags(x_server &screen, const measured_program &vimbo, figures &res
 double hover_work(x_server &screen, measured_program &vimbo)
 {
     constexpr double between_moves = 0.05;
-    const point buttons[] = {vimbo.operator_hand().place_of("Evaluate"),
-                             vimbo.operator_hand().place_of("Integrate")};
+    const point buttons[] = {vimbo.ui().place_of("Evaluate"), vimbo.ui().place_of("Integrate")};
     const double start = now();
     for (int i = 0; i < 60; ++i) {
         screen.move(buttons[i % 2]);
@@ -70,7 +70,7 @@ double hover_work(x_server &screen, measured_program &vimbo)
 
 double typing_work(x_server &screen, measured_program &vimbo)
 {
-    screen.click(vimbo.operator_hand().editor());
+    screen.click(vimbo.ui().editor());
     const double start = now();
     for (int i = 0; i < 10; ++i)
         screen.type(U"abcdef");

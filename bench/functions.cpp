@@ -79,7 +79,7 @@ double memory_beside_the_buffer()
     vimbo::load_mosaic(mosaic); // so that none is held
     glFinish();
     std::ofstream("/proc/self/clear_refs") << 5; // the peak begins anew
-    const std::size_t before = bench::resident_bytes(getpid());
+    const std::size_t before = rig::resident_bytes(getpid());
     vimbo::set_text(mosaic.mosaic_path, all->mosaic_file);
     vimbo::load_mosaic(mosaic);
     glFinish();
@@ -154,7 +154,7 @@ void sum_lengths(benchmark::State &state)
 void open_source(benchmark::State &state)
 {
     const std::string path = all->mosaic_file + ".source";
-    bench::write_file(path, std::string(65536, 'x'));
+    rig::write_file(path, std::string(65536, 'x'));
     while (state.KeepRunning())
         vimbo::load_source(all->app.editor, path.c_str());
 }
@@ -197,7 +197,7 @@ int main(int argument_count, char *arguments[])
     const std::uint64_t points = std::strtoull(arguments[2], nullptr, 10);
     bench::write_big_mosaic(mosaic_file, bench::mosaic_kind::scatter, points);
 
-    const bench::x_server screen;
+    const rig::x_server screen;
     setenv("DISPLAY", screen.name().c_str(), 1);
     static vimbo::app_state app;
     if (vimbo::open_window(app) == nullptr)

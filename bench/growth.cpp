@@ -9,6 +9,7 @@
 #include "bench/table.hpp"
 #include "mosaic/load_mosaic.hpp"
 #include "tests/support/child_watch.hpp"
+#include "tests/support/program.hpp"
 #include "ui/fixed_text.hpp"
 
 #include <cstdio>
@@ -22,6 +23,7 @@ namespace
 {
 
 using namespace bench;
+using namespace rig;
 namespace fs = std::filesystem;
 
 constexpr int repetitions = 5;

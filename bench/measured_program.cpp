@@ -1,4 +1,5 @@
 #include "bench/measured_program.hpp"
+#include "tests/support/program.hpp"
 
 #include "bench/table.hpp"
 
@@ -54,12 +55,12 @@ measured_program::measured_program(x_server &display, const measured_place &wher
     : log(where.log), screen(display),
       vimbo(with_clock(display, vimbo_command(where.sources, where.tray), where.log)),
       window(wait_for_window(display)),
-      hand(display, {window_width, window_height, where.sources, where.tray})
+      driver(display, {window_width, window_height, where.sources, where.tray})
 {
-    hand.show_bottom();
-    hand.show_preview();
-    hand.show_statistics();
-    const struct nk_rect area = hand.picture();
+    driver.show_bottom();
+    driver.show_preview();
+    driver.show_statistics();
+    const struct nk_rect area = driver.picture();
     centre = {static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)};
     display.move(centre);
     settle(now());

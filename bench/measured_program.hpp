@@ -2,13 +2,19 @@
 // into it says of its frames.
 #pragma once
 
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
+#include "tests/support/ui_driver.hpp"
 
 #include <string>
 #include <vector>
 
 namespace bench
 {
+
+using rig::point;
+using rig::program;
+using rig::ui_driver;
+using rig::x_server;
 
 inline constexpr int window_width = 1600;
 inline constexpr int window_height = 1240;
@@ -71,9 +77,9 @@ public:
     {
         return centre;
     }
-    desk_operator &operator_hand()
+    ui_driver &ui()
     {
-        return hand;
+        return driver;
     }
 
 private:
@@ -83,7 +89,7 @@ private:
     x_server &screen;
     program vimbo;
     unsigned long window;
-    desk_operator hand;
+    ui_driver driver;
     point centre = {};
 };
 

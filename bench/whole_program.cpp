@@ -4,8 +4,10 @@
 //   program_bench SCRATCH
 #include "bench/measured_program.hpp"
 #include "bench/table.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tool_path.hpp"
+#include "tests/support/wait.hpp"
 
 #include <fcntl.h>
 #include <ftw.h>
@@ -24,6 +26,7 @@ namespace
 {
 
 using namespace bench;
+using namespace rig;
 namespace fs = std::filesystem;
 
 constexpr int repetitions = 11;
@@ -111,7 +114,7 @@ void measure_tools_end(const std::string &scratch)
     const double frame = median(at_rest(vimbo, 2).intervals);
     std::vector<double> until_shown;
     for (int i = 0; i < repetitions; ++i) {
-        vimbo.operator_hand().press("Evaluate");
+        vimbo.ui().press("Evaluate");
         const int gate = open(fifo.c_str(), O_WRONLY | O_CLOEXEC);
         sleep_for(0.2 + 0.003 * i); // not always at the same place of a frame
         const double end = now();
@@ -150,7 +153,7 @@ void measure_picker(const std::string &scratch)
                 sources + "/folder" + std::to_string(folder) + "/file" + std::to_string(file), "");
     x_server screen(1920, 1300);
     measured_program vimbo(screen, {scratch, sources, scratch + "/clock"});
-    vimbo.operator_hand().press("--");
+    vimbo.ui().press("--");
     sleep_for(1);
     const double frame = median(at_rest(vimbo, 5).work);
     print_row("frame with 20,000 files in an open list, beside ftw", frame, bare_walk(sources),

@@ -2,29 +2,28 @@
 // changes. It is drawn in slices: what does not fit into a frame's time goes on
 // between frames, and until it is whole the picture before it stands in, moved
 // and scaled. What stands in the end is, to the pixel, what one direct draw gives.
+//
+//     shown = wanted, whole ---- more vertices ---> shown grows in place
+//          |        ^                               (a step of a replay)
+//     another view  |
+//          v        | swapped, once next is whole
+//     shown stands in for wanted, next = wanted grows
+//          |        ^
+//     yet another view: next starts anew
+//
+// With nothing to stand in, as at first or after a load, shown itself starts anew.
 #pragma once
 
-#include "mosaic/mosaic.hpp"
 #include "render/offscreen.hpp"
 #include "render/path_buffer.hpp"
+#include "render/picture_area.hpp"
+#include "render/picture_parts.hpp"
+#include "render/slice_pace.hpp"
 
 #include <cstdint>
 
 namespace vimbo
 {
-
-/// A rectangle in GL's window coordinates, origin bottom left, in pixels.
-struct picture_area {
-    GLint x;
-    GLint y;
-    GLsizei width;
-    GLsizei height;
-};
-
-/// Has what is drawn from here on fill the area, and stay within it, until
-/// end_area.
-void begin_area(const picture_area &area);
-void end_area();
 
 /// What a picture shows of which mosaic, and where in a window of which size.
 struct picture_view {
@@ -49,34 +48,22 @@ struct kept_picture {
     picture_layer next; // takes the place of `shown` once it is whole
     picture_view wanted;
     std::int32_t wanted_vertices;
-    std::int32_t slice_vertices; // of the next slice
-    double vertices_per_second;  // of the last timed slice; 0 before the first
-
-    /// Of the slices that are drawn without a frame between them: the end of the
-    /// last one, null before the first, their vertices, and when they began, in
-    /// seconds.
-    GLsync last_slice;
-    std::int64_t batch_vertices;
-    double batch_start;
+    slice_pace pace;
 };
 
-/// The mosaic and the program it is drawn with.
-struct picture_source {
-    GLuint program;
-    const mosaic_state &mosaic;
-};
+/// Wants this view with the path's first `vertices`. False when the driver makes
+/// no pictures beside the window: draw directly then.
+bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t vertices);
 
-/// Wants this view with the path's first `vertices`, and draws at it as long as a
-/// frame may take, unless that is known not to be enough. False when the driver
-/// makes no pictures beside the window: draw directly then.
-bool want_picture(kept_picture &kept, const picture_source &source, const picture_view &view,
-                  std::int32_t vertices);
+/// Draws at what is wanted as long as a frame may take, unless that is known not
+/// to be enough.
+void draw_within_frame(kept_picture &kept, const picture_parts &parts);
 
 /// True when what is wanted is not whole yet.
 bool is_unfinished(const kept_picture &kept);
 
 /// Draws one slice more, a few milliseconds' work.
-void draw_slice(kept_picture &kept, const picture_source &source);
+void draw_slice(kept_picture &kept, const picture_parts &parts);
 
 /// Puts the wanted picture, or what stands in for it, into the window.
 void show_picture(const kept_picture &kept);

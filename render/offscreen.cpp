@@ -44,4 +44,29 @@ void delete_offscreen(offscreen &picture)
     picture = {};
 }
 
+GLint row_in(const offscreen &picture, GLint window_row)
+{
+    return picture.upside_down ? picture.height - window_row : window_row;
+}
+
+void copy_to_window(const offscreen &picture, const pixel_edges &from, const pixel_edges &to,
+                    GLenum filter)
+{
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, picture.framebuffer);
+    glBlitFramebuffer(from.left, row_in(picture, from.bottom), from.right,
+                      row_in(picture, from.top), to.left, to.bottom, to.right, to.top,
+                      GL_COLOR_BUFFER_BIT, filter);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+}
+
+bool can_turn_clip_origin()
+{
+    return GLEW_ARB_clip_control != 0;
+}
+
+void turn_clip_origin(bool upside_down)
+{
+    glClipControl(upside_down ? GL_UPPER_LEFT : GL_LOWER_LEFT, GL_NEGATIVE_ONE_TO_ONE);
+}
+
 } // namespace vimbo

@@ -1,6 +1,7 @@
 #include "render/preview_panel.hpp"
 
 #include "ui/flags.hpp"
+#include "ui/takes_input.hpp"
 
 #include <cmath>
 
@@ -72,10 +73,8 @@ void preview_panel(frame_state &frame, preview_state &preview)
     nk_layout_row_dynamic(context, picture_height, 1);
     nk_widget(&preview.rectangle, context);
     frame.frame_flags |= frame_flag::preview_laid_out;
-    // An open list takes the mouse, also where it lies over the picture.
-    const bool read_only = (context->current->layout->flags & NK_WINDOW_ROM) != 0;
     if (nk_window_is_hovered(context) != 0) {
-        if (!read_only)
+        if (takes_input(context))
             follow_mouse(frame, preview);
         replay_bar(frame, preview);
     }

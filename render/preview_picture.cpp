@@ -68,10 +68,11 @@ void draw_preview(const frame_state &frame, const preview_state &preview,
         return;
     const std::int32_t vertices =
         replayed_vertices(parts.mosaic.mosaic_vertex_count, preview.replay_position);
-    if (!want_picture(kept, {parts.program, parts.mosaic}, view, vertices)) {
+    if (!want_picture(kept, view, vertices)) {
         draw_preview_directly(frame, preview, parts);
         return;
     }
+    draw_within_frame(kept, parts);
     show_picture(kept);
     draw_outline(view, parts);
 }

@@ -1,9 +1,9 @@
 // Draws the mosaic and the tray's outline into the Preview panel's rectangle.
 #pragma once
 
-#include "mosaic/mosaic.hpp"
 #include "render/kept_picture.hpp"
 #include "render/path_buffer.hpp"
+#include "render/picture_parts.hpp"
 #include "render/preview_panel.hpp"
 
 #include <cstdint>
@@ -18,13 +18,6 @@ path_matrix preview_matrix(const preview_state &preview, std::int32_t window_wid
 
 /// How many of the path's vertices the replay position shows.
 std::int32_t replayed_vertices(std::int32_t vertex_count, std::size_t replay_position);
-
-/// What the picture is made of.
-struct picture_parts {
-    GLuint program;
-    const mosaic_state &mosaic;
-    const path_buffer &outline;
-};
 
 /// The picture as it stands, over whatever the rectangle held; from what is kept
 /// of it as far as that goes.

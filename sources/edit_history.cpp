@@ -1,5 +1,7 @@
 #include "sources/edit_history.hpp"
 
+#include "ui/utf8.hpp"
+
 #include <algorithm>
 #include <cstring>
 
@@ -14,11 +16,6 @@ struct difference {
     std::string_view removed;
     std::string_view inserted;
 };
-
-bool is_continuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
 
 // The smallest stretch that differs, from the start of a character on.
 difference find_difference(std::string_view before, std::string_view after)

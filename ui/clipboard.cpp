@@ -2,6 +2,7 @@
 
 #include "platform/desktop_clipboard.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/utf8.hpp"
 
 #include <algorithm>
 #include <climits>
@@ -13,52 +14,40 @@ namespace vimbo
 namespace
 {
 
-constexpr std::size_t clipboard_capacity = 65536 + 1;
-
-// What was copied last, until another program's text is read.
-char clipboard_text[clipboard_capacity];
-
-// Bytes that `characters` characters of the text take, at most `available`.
-int bytes_of(const char *text, int characters, int available)
+void copy_to_clipboard(nk_handle user, const char *text, int characters)
 {
-    int bytes = 0;
-    for (int i = 0; i < characters && bytes < available; ++i) {
-        nk_rune character = 0;
-        const int length = nk_utf_decode(text + bytes, &character, available - bytes);
-        // A character that is cut off at the end of the text.
-        if (length == 0)
-            break;
-        bytes += length;
-    }
-    return bytes;
-}
-
-void copy_to_clipboard(nk_handle window, const char *text, int characters)
-{
-    if (text == nullptr || characters <= 0)
+    auto &clipboard = *static_cast<clipboard_state *>(user.ptr);
+    if (!take_copy(clipboard, text, characters))
         return;
-    const auto most = static_cast<int>(sizeof clipboard_text) - 1;
-    const auto available = static_cast<int>(strnlen(text, static_cast<std::size_t>(most)));
-    const auto length = static_cast<std::size_t>(bytes_of(text, characters, available));
-    std::memcpy(clipboard_text, text, length);
-    clipboard_text[length] = '\0';
-    write_clipboard(static_cast<GLFWwindow *>(window.ptr), clipboard_text);
+    write_clipboard(clipboard.window, clipboard.text);
 }
 
-void paste_from_clipboard(nk_handle window, nk_text_edit *edit)
+void paste_from_clipboard(nk_handle user, nk_text_edit *edit)
 {
-    if (read_clipboard(static_cast<GLFWwindow *>(window.ptr), clipboard_text) !=
-        clipboard_answer::nothing)
-        paste_text(*edit, clipboard_text);
+    auto &clipboard = *static_cast<clipboard_state *>(user.ptr);
+    if (read_clipboard(clipboard.window, clipboard.text) != clipboard_answer::nothing)
+        paste_text(*edit, clipboard.text);
 }
 
 } // namespace
 
-void use_clipboard(GLFWwindow *window, nk_context *context)
+void serve_clipboard(GLFWwindow *window, nk_context *context, clipboard_state &clipboard)
 {
-    context->clip.userdata = nk_handle_ptr(window);
+    clipboard.window = window;
+    context->clip.userdata = nk_handle_ptr(&clipboard);
     context->clip.copy = copy_to_clipboard;
     context->clip.paste = paste_from_clipboard;
+}
+
+bool take_copy(clipboard_state &clipboard, const char *text, int characters)
+{
+    if (text == nullptr || characters <= 0)
+        return false;
+    const std::string_view available(text, strnlen(text, clipboard_capacity - 1));
+    const std::size_t length = character_offset(available, characters);
+    std::memcpy(clipboard.text, text, length);
+    clipboard.text[length] = '\0';
+    return true;
 }
 
 void paste_text(nk_text_edit &edit, const char *text)
@@ -74,8 +63,7 @@ void paste_text(nk_text_edit &edit, const char *text)
     if (buffer.allocated + 1 >= buffer.memory.size)
         return;
     const std::size_t room = buffer.memory.size - buffer.allocated - 1;
-    const auto available = static_cast<int>(strnlen(text, room));
-    const int bytes = bytes_of(text, INT_MAX, available);
+    const auto bytes = static_cast<int>(character_offset({text, strnlen(text, room)}, INT_MAX));
     if (bytes == 0)
         return;
     const int before = edit.string.len;

@@ -76,7 +76,7 @@ void note_table(font_file &font, const font_table &table)
             font.tables[i] = table;
 }
 
-// The table of the tables. False when it, or one of them, is not in the file.
+// The table directory. False when it, or one of them, is not in the file.
 bool read_directory(font_file &font)
 {
     constexpr std::uint64_t header_size = 12;
@@ -99,19 +99,19 @@ bool read_directory(font_file &font)
     return true;
 }
 
-// A table's sum is that of its words, the last one filled up with zeros.
-bool sum_up(const font_file &font, const font_table &table, std::uint32_t &sum)
+// The sum of the table's words, the last one filled up with zeros.
+bool compute_checksum(const font_file &font, const font_table &table, std::uint32_t &checksum)
 {
     constexpr std::uint32_t block_size = 4096;
     unsigned char block[block_size];
-    sum = 0;
+    checksum = 0;
     for (std::uint32_t at = 0; at < table.length; at += block_size) {
         const std::uint32_t size = std::min(table.length - at, block_size);
         std::memset(block, 0, sizeof block);
         if (!read_at(font, std::uint64_t{table.offset} + at, block, size))
             return false;
         for (std::uint32_t word = 0; word < size; word += 4)
-            sum += number_at(block + word, 4);
+            checksum += number_at(block + word, 4);
     }
     return true;
 }
@@ -119,10 +119,12 @@ bool sum_up(const font_file &font, const font_table &table, std::uint32_t &sum)
 bool is_intact(const font_file &font, std::size_t index)
 {
     const font_table &table = font.tables[index];
-    std::uint32_t sum = 0;
-    // Some old fonts have a wrong sum of their header, so that is looked at below.
+    std::uint32_t checksum = 0;
+    // Some old fonts have a wrong checksum of their header, whose fields are looked
+    // at below.
     return table.length >= needed_tables[index].least_length &&
-           (index == head_index || (sum_up(font, table, sum) && sum == table.checksum));
+           (index == head_index ||
+            (compute_checksum(font, table, checksum) && checksum == table.checksum));
 }
 
 // What is read of the header: the units of an em, and whether the places of the

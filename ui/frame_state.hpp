@@ -10,6 +10,9 @@ namespace vimbo
 
 inline constexpr std::size_t scratch_capacity = 4096;
 
+/// Seconds from one frame to the next where nothing happens.
+inline constexpr double frame_time = 1.0 / 30.0;
+
 /// What every panel is laid out with. Main thread only.
 struct frame_state {
     nk_context *context;

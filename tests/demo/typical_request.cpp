@@ -3,8 +3,10 @@
 // have it measured. Leaves a picture of the window.
 //
 //   typical_request VIMBO SOURCES TRAY PICTURE
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/ui_driver.hpp"
+#include "tests/support/wait.hpp"
 
 #include <cstdio>
 #include <exception>
@@ -14,7 +16,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr int width = 1600;
 constexpr int height = 1240;
@@ -35,40 +37,40 @@ point middle_of(const struct nk_rect &area)
     return {static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)};
 }
 
-void edit_source(desk_operator &hand)
+void edit_source(ui_driver &driver)
 {
-    hand.choose("--", "rosette.lua");
-    hand.screen().click(hand.editor());
-    hand.screen().key("Up");
-    hand.screen().key("Home");
-    hand.screen().type(U"-- edited on the screen: ");
+    driver.choose("--", "rosette.lua");
+    driver.screen().click(driver.editor());
+    driver.screen().key("Up");
+    driver.screen().key("Home");
+    driver.screen().type(U"-- edited on the screen: ");
 }
 
-void integrate(desk_operator &hand, const std::filesystem::path &mosaic)
+void integrate(ui_driver &driver, const std::filesystem::path &mosaic)
 {
     std::filesystem::remove(mosaic);
-    hand.press("Integrate");
+    driver.press("Integrate");
     require(wait_until([&] { return std::filesystem::exists(mosaic); }), "the mosaic was built");
     wait_a_moment();
 }
 
-void look_nearer(desk_operator &hand)
+void look_nearer(ui_driver &driver)
 {
-    const point centre = middle_of(hand.picture());
-    hand.screen().move(centre);
+    const point centre = middle_of(driver.picture());
+    driver.screen().move(centre);
     wait_a_moment();
-    hand.screen().scroll(1);
+    driver.screen().scroll(1);
     wait_a_moment();
-    hand.screen().press();
-    hand.screen().move({centre.x + 20, centre.y});
+    driver.screen().press();
+    driver.screen().move({centre.x + 20, centre.y});
     wait_a_moment();
-    hand.screen().release();
+    driver.screen().release();
     wait_a_moment();
 }
 
-void measure(desk_operator &hand)
+void measure(ui_driver &driver)
 {
-    hand.press("↻");
+    driver.press("↻");
     wait_a_moment();
     wait_a_moment();
 }
@@ -83,14 +85,14 @@ void make_request(const char *vimbo, const std::string &sources, const std::stri
                      .directory = {},
                      .output = std::string(picture) + ".log"});
     const unsigned long window = wait_for_window(screen);
-    desk_operator hand(screen, {width, height, sources, tray});
-    hand.show_bottom();
-    hand.show_preview();
-    hand.show_statistics();
-    edit_source(hand);
-    integrate(hand, std::filesystem::path(tray) / "_mosaics" / "0.mmv");
-    measure(hand);
-    look_nearer(hand);
+    ui_driver driver(screen, {width, height, sources, tray});
+    driver.show_bottom();
+    driver.show_preview();
+    driver.show_statistics();
+    edit_source(driver);
+    integrate(driver, std::filesystem::path(tray) / "_mosaics" / "0.mmv");
+    measure(driver);
+    look_nearer(driver);
     save_png(screen.screenshot(), picture);
     screen.close_window(window);
     require(running.wait_for_end() == 0, "the program ended with status 0");

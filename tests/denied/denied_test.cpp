@@ -51,7 +51,7 @@ int __wrap_posix_spawn_file_actions_init(posix_spawn_file_actions_t *actions)
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 class Denied : public testing::Test
 {

@@ -1,8 +1,8 @@
 // Disks that take nothing more, and what others have put in the place of the
 // files that the evaluator is handed: what stood there stays, the operator is
-// told, and the desk is as it was.
-#include "tests/faults/fault_desk.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+// told, and the panels are as they were.
+#include "tests/faults/fault_rig.hpp"
+#include "tests/support/wait.hpp"
 
 #include "sources/text_file.hpp"
 
@@ -15,7 +15,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr const char *not_saved = "error: unable to save.\n";
 constexpr const char *temporary = "/tmp//vimbo";
@@ -30,10 +30,10 @@ std::string long_text()
     return lines;
 }
 
-class Disk : public FaultDesk, public testing::WithParamInterface<disk_fault>
+class FailingDisk : public FaultRig, public testing::WithParamInterface<disk_fault>
 {
 protected:
-    Disk()
+    FailingDisk()
     {
         std::filesystem::create_directory(place.file("disk"));
     }
@@ -46,16 +46,16 @@ protected:
 
 std::string name_of(const testing::TestParamInfo<disk_fault> &fault)
 {
-    const char *names[] = {"IsFull", "IsAtItsQuota", "IsReadOnly"};
+    const char *names[] = {"ThatIsFull", "ThatIsAtItsQuota", "ThatIsReadOnly"};
     return names[static_cast<int>(fault.param)];
 }
 
-INSTANTIATE_TEST_SUITE_P(That, Disk,
+INSTANTIATE_TEST_SUITE_P(Any, FailingDisk,
                          testing::Values(disk_fault::full, disk_fault::quota,
                                          disk_fault::read_only),
                          name_of);
 
-TEST_P(Disk, KeepsTheFileThatWasToBeSavedOver)
+TEST_P(FailingDisk, LeavesTheFileThatWasToBeSavedOver)
 {
     const failing_disk disk(place.file("disk"), GetParam());
     open(on_disk("a.txt"), long_text());
@@ -68,7 +68,7 @@ TEST_P(Disk, KeepsTheFileThatWasToBeSavedOver)
     expect_as_before();
 }
 
-TEST_P(Disk, TellsThatANewFileCouldNotBeSaved)
+TEST_P(FailingDisk, MakesSavingANewFileAReportedFailure)
 {
     const failing_disk disk(place.file("disk"), GetParam());
     open(on_disk("a.txt"), long_text());
@@ -79,10 +79,10 @@ TEST_P(Disk, TellsThatANewFileCouldNotBeSaved)
     expect_as_before();
 }
 
-TEST_P(Disk, LeavesTheEvaluatorAnOlderTextAndSaysSo)
+TEST_P(FailingDisk, LeavesTheEvaluatorAnOlderTextWhichIsReported)
 {
     const failing_disk disk(place.file("disk"), GetParam());
-    vimbo::evaluation_state &evaluation = desk.app().evaluation;
+    vimbo::evaluation_state &evaluation = panels.app().evaluation;
     std::snprintf(evaluation.temp_source_path, sizeof evaluation.temp_source_path, "%s",
                   on_disk("vimbo").c_str());
     write_file(on_disk("vimbo"), "an older text");
@@ -95,22 +95,22 @@ TEST_P(Disk, LeavesTheEvaluatorAnOlderTextAndSaysSo)
     expect_as_before();
 }
 
-TEST_P(Disk, WithoutRoomForTheMosaicsIsTheToolsToTell)
+TEST_P(FailingDisk, UnderTheMosaicsIsReportedByTheTool)
 {
     const failing_disk disk(place.file("disk"), GetParam());
     tray = on_disk("tray");
     std::filesystem::create_directory(tray);
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, tray.c_str());
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
     write_script(tools.file("mero"), "[ -d \"${4%/*}\" ] || echo \"no $4\"\nexit 1\n");
     disk.fail();
     EXPECT_EQ(run_and_complaint("Integrate"), "");
-    const std::string shown = desk.app().evaluation.eval_text;
+    const std::string shown = panels.app().evaluation.eval_text;
     EXPECT_NE(shown.find("\nno " + tray + "/_mosaics/0.mmv\n\nStatus: error.\n"), std::string::npos)
         << shown;
     expect_as_before();
 }
 
-class Saving : public FaultDesk
+class Saving : public FaultRig
 {
 protected:
     Saving()
@@ -139,14 +139,14 @@ TEST_F(Saving, GoesOnWhereNoRoomCanBeReserved)
     }
 }
 
-TEST_F(Saving, WritesAllThoughItIsInterruptedAtEachByte)
+TEST_F(Saving, WritesAllThoughASignalInterruptsItAtEachByte)
 {
     refused.writing = EINTR;
     EXPECT_EQ(save("a text"), 0);
     EXPECT_EQ(read_file(file), "a text");
 }
 
-TEST_F(Saving, ThatFailsHalfwayIsTold)
+TEST_F(Saving, ThatFailsHalfwayIsReported)
 {
     refused.writing = EIO;
     refused.room = 1000;
@@ -154,13 +154,13 @@ TEST_F(Saving, ThatFailsHalfwayIsTold)
     EXPECT_EQ(read_file(file).size(), std::string("what stood there before").size());
 }
 
-TEST_F(Saving, ThatFailsAsTheFileIsClosedIsTold)
+TEST_F(Saving, ThatFailsAsTheFileIsClosedIsReported)
 {
     refused.closing = EDQUOT;
     EXPECT_EQ(save("a text"), -1);
 }
 
-TEST_F(Saving, BeyondTheLimitOfAFilesSizeIsTold)
+TEST_F(Saving, BeyondTheLimitOfAFilesSizeIsReported)
 {
     open(sources + "/long", long_text());
     write_file(sources + "/old", "what stood there before");
@@ -178,7 +178,7 @@ TEST_F(Saving, BeyondTheLimitOfAFilesSizeIsTold)
 }
 
 // What others put at the fixed names in the directory for temporary files.
-class TemporaryFile : public FaultDesk
+class TemporaryFile : public FaultRig
 {
 protected:
     TemporaryFile()
@@ -194,7 +194,7 @@ protected:
 
     void expect_shown(const std::string &output)
     {
-        const std::string shown = desk.app().evaluation.eval_text;
+        const std::string shown = panels.app().evaluation.eval_text;
         EXPECT_NE(shown.find("." + output + "\nStatus: uknown.\n"), std::string::npos) << shown;
     }
 
@@ -250,13 +250,13 @@ TEST_F(TemporaryFile, ThatIsAPipeIsNotWaitedFor)
     expect_told("");
 }
 
-TEST_F(TemporaryFile, ThatIsADirectoryIsTold)
+TEST_F(TemporaryFile, ThatIsADirectoryIsReported)
 {
     std::filesystem::create_directory("/tmp/vimbo");
     expect_told("");
 }
 
-TEST_F(TemporaryFile, OfAnotherUserIsLeftAloneAndTold)
+TEST_F(TemporaryFile, OfAnotherUserIsLeftAloneAndReported)
 {
     write_file(temporary, "another user's text");
     ASSERT_EQ(chmod(temporary, 0444), 0);
@@ -265,7 +265,7 @@ TEST_F(TemporaryFile, OfAnotherUserIsLeftAloneAndTold)
         testing::internal::CaptureStderr();
         {
             const without_privileges another;
-            desk.click(button);
+            panels.click(button);
         }
         EXPECT_EQ(testing::internal::GetCapturedStderr(), not_handed_over);
         ASSERT_TRUE(finish());
@@ -281,8 +281,8 @@ protected:
     void cancel()
     {
         tools.put("mero", "await " + tools.file("go") + " exit 3");
-        desk.click("Evaluate");
-        desk.click("Cancel");
+        panels.click("Evaluate");
+        panels.click("Cancel");
     }
 };
 

@@ -1,6 +1,6 @@
 // Sources of every kind and size, and what may stand in their place: the list and
 // the editor go on, and what could not be opened changes as little as it can.
-#include "tests/faults/fault_desk.hpp"
+#include "tests/faults/fault_rig.hpp"
 #include "tests/support/child_watch.hpp"
 
 #include <sys/stat.h>
@@ -11,7 +11,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 // So many bytes, in lines.
 std::string lines(std::size_t bytes)
@@ -22,7 +22,7 @@ std::string lines(std::size_t bytes)
     return all;
 }
 
-class SourceFault : public FaultDesk
+class FaultySource : public FaultRig
 {
 protected:
     std::string source(const std::string &name) const
@@ -37,8 +37,8 @@ protected:
 
     void open_list()
     {
-        desk.click(open_name());
-        desk.frame();
+        panels.click(open_name());
+        panels.frame();
     }
 
     // Opens it as the operator does.
@@ -46,13 +46,13 @@ protected:
     {
         open_list();
         // The bar's own label comes first.
-        desk.click(name, name == open_name() ? 1 : 0);
-        desk.frame();
+        panels.click(name, name == open_name() ? 1 : 0);
+        panels.frame();
     }
 
     bool listed(const std::string &name)
     {
-        return desk.find(name, name == open_name() ? 1 : 0).has_value();
+        return panels.find(name, name == open_name() ? 1 : 0).has_value();
     }
 
     void pick_and_expect(const std::string &name, const std::string &wanted)
@@ -66,26 +66,26 @@ protected:
     // Each of the editor's own movements and changes once, and back again.
     void work_on_it()
     {
-        desk.click(point{14, 52});
+        panels.click(point{14, 52});
         for (const nk_keys key :
              {NK_KEY_TEXT_END, NK_KEY_LEFT, NK_KEY_UP, NK_KEY_TEXT_WORD_LEFT, NK_KEY_SCROLL_UP,
               NK_KEY_TEXT_LINE_END, NK_KEY_BACKSPACE, NK_KEY_TEXT_START, NK_KEY_DEL, NK_KEY_DOWN,
               NK_KEY_TEXT_SELECT_ALL, NK_KEY_COPY, NK_KEY_TEXT_END, NK_KEY_ENTER}) {
-            desk.key(key);
-            desk.frame();
-            desk.frame();
+            panels.key(key);
+            panels.frame();
+            panels.frame();
         }
-        desk.type("typed");
-        desk.frame();
+        panels.type("typed");
+        panels.frame();
         for (int i = 0; i < 10; ++i) {
-            desk.key(NK_KEY_TEXT_UNDO);
-            desk.frame();
-            desk.frame();
+            panels.key(NK_KEY_TEXT_UNDO);
+            panels.frame();
+            panels.frame();
         }
     }
 };
 
-TEST_F(SourceFault, OfEverySizeArrivesAsFarAsItFits)
+TEST_F(FaultySource, OfAnySizeIsReadAsFarAsItFits)
 {
     for (const std::size_t size : {0, 1, 65535, 65536, 65537}) {
         const std::string name = "of " + std::to_string(size);
@@ -95,7 +95,7 @@ TEST_F(SourceFault, OfEverySizeArrivesAsFarAsItFits)
     }
 }
 
-TEST_F(SourceFault, OfAGigabyteArrivesAsFarAsItFits)
+TEST_F(FaultySource, OfAGigabyteIsReadAsFarAsItFits)
 {
     write_file(source("big"), lines(100000));
     std::filesystem::resize_file(source("big"), 1 << 30);
@@ -103,20 +103,20 @@ TEST_F(SourceFault, OfAGigabyteArrivesAsFarAsItFits)
     EXPECT_EQ(std::filesystem::file_size(source("big")), 1U << 30);
 }
 
-TEST_F(SourceFault, OfOneLongLineIsAllThere)
+TEST_F(FaultySource, OfOneLongLineIsReadWhole)
 {
     write_file(source("line"), std::string(65536, 'x'));
     pick_and_expect("line", std::string(65536, 'x'));
-    desk.click(point{14, 52});
+    panels.click(point{14, 52});
     for (const nk_keys key : {NK_KEY_TEXT_END, NK_KEY_LEFT, NK_KEY_BACKSPACE, NK_KEY_TEXT_UNDO}) {
-        desk.key(key);
-        desk.frame();
-        desk.frame();
+        panels.key(key);
+        panels.frame();
+        panels.frame();
     }
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatIsBinaryIsShownUpToItsFirstZeroByte)
+TEST_F(FaultySource, ThatIsBinaryIsShownUpToItsFirstZeroByte)
 {
     write_file(source("program"), std::string("\x7f"
                                               "ELF\1\1\1\0\2\0>",
@@ -127,7 +127,7 @@ TEST_F(SourceFault, ThatIsBinaryIsShownUpToItsFirstZeroByte)
     expect_as_before();
 }
 
-TEST_F(SourceFault, OfInvalidTextCanBeWorkedOnAndBeGivenBack)
+TEST_F(FaultySource, OfInvalidUtf8CanBeEditedAndRestoredByUndo)
 {
     std::string bytes;
     for (int round = 0; round < 20; ++round)
@@ -148,7 +148,7 @@ TEST_F(SourceFault, OfInvalidTextCanBeWorkedOnAndBeGivenBack)
     }
 }
 
-TEST_F(SourceFault, WithoutPermissionBringsTheTextOpenedBefore)
+TEST_F(FaultySource, WithoutReadPermissionBringsBackTheTextOpenedBefore)
 {
     ASSERT_EQ(chmod(place.path().c_str(), 0755), 0);
     write_file(source("secret"), "not for everybody");
@@ -159,7 +159,7 @@ TEST_F(SourceFault, WithoutPermissionBringsTheTextOpenedBefore)
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatIsNoFileIsNotListed)
+TEST_F(FaultySource, ThatIsNoRegularFileIsNotListed)
 {
     ASSERT_EQ(mkfifo(source("pipe").c_str(), 0600), 0);
     std::filesystem::create_directory(source("directory"));
@@ -171,11 +171,11 @@ TEST_F(SourceFault, ThatIsNoFileIsNotListed)
     for (const char *name : {"pipe", "directory", "dangling", "up", "around"})
         EXPECT_FALSE(listed(name)) << name;
     EXPECT_TRUE(listed("b.txt"));
-    EXPECT_FALSE(desk.find("b.txt", 1)) << "once, though links lead round in a circle";
+    EXPECT_FALSE(panels.find("b.txt", 1)) << "once, though links lead round in a circle";
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatIsALoopOfLinksIsNotListed)
+TEST_F(FaultySource, ThatIsALoopOfLinksIsNotListed)
 {
     std::filesystem::create_symlink("loop2", source("loop1"));
     std::filesystem::create_symlink("loop1", source("loop2"));
@@ -186,13 +186,13 @@ TEST_F(SourceFault, ThatIsALoopOfLinksIsNotListed)
     EXPECT_TRUE(listed("a.txt"));
     EXPECT_TRUE(listed("b.txt"));
     expect_as_before();
-    vimbo::open_source(desk.app().bar, desk.app().editor, source("loop1").c_str());
-    desk.frame();
+    vimbo::open_source(panels.app().bar, panels.app().editor, source("loop1").c_str());
+    panels.frame();
     open_file = source("loop1");
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatCannotBeReachedIsNotListed)
+TEST_F(FaultySource, ThatCannotBeReachedIsNotListed)
 {
     ASSERT_EQ(chmod(place.path().c_str(), 0755), 0);
     for (const char *directory : {"unreadable", "unreachable"})
@@ -207,24 +207,24 @@ TEST_F(SourceFault, ThatCannotBeReachedIsNotListed)
     expect_as_before();
 }
 
-TEST_F(SourceFault, AmongTwentyThousandIsFoundAndOpened)
+TEST_F(FaultySource, AmongTwentyThousandIsFoundAndOpened)
 {
     for (int i = 0; i < 20000; ++i)
         write_file(source("many/f" + std::to_string(i)), "");
     open_list();
     std::string first;
-    for (const drawn_text &entry : desk.texts())
+    for (const drawn_text &entry : panels.texts())
         if (entry.text.size() > 1 && entry.text[0] == 'f' && first.empty())
             first = entry.text;
     ASSERT_NE(first, "");
     write_file(source("many/" + first), "the one that was picked");
-    desk.click(first);
+    panels.click(first);
     text = "the one that was picked";
     open_file = source("many/" + first);
     expect_as_before();
 }
 
-TEST_F(SourceFault, OfAPathThatIsTooLongIsNotTaken)
+TEST_F(FaultySource, WithTooLongAPathIsNotOpened)
 {
     const std::string name(20, 'n');
     for (const std::size_t length : {259, 260, 261, 4000}) {
@@ -246,11 +246,11 @@ TEST_F(SourceFault, OfAPathThatIsTooLongIsNotTaken)
         }
         expect_as_before();
         std::filesystem::remove_all(sources + "/" + std::string(200, 'd'));
-        desk.frame();
+        panels.frame();
     }
 }
 
-TEST_F(SourceFault, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
+TEST_F(FaultySource, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
 {
     const char *names[] = {"with blanks in it", "'single' and \"double\" quotes",
                            "$(touch gone); `ls` & *", "-r", "\xff\xfe"};
@@ -263,43 +263,43 @@ TEST_F(SourceFault, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
         EXPECT_EQ(read_file(source(name + "2")), "text of " + name);
         open_file = source(name + "2");
         expect_as_before();
-        desk.click("-");
-        desk.click("!");
+        panels.click("-");
+        panels.click("!");
         EXPECT_FALSE(std::filesystem::exists(source(name + "2")));
         open_file = "-";
         expect_as_before();
         write_file(source("a.txt"), "the text");
-        vimbo::open_source(desk.app().bar, desk.app().editor, source("a.txt").c_str());
+        vimbo::open_source(panels.app().bar, panels.app().editor, source("a.txt").c_str());
     }
 }
 
-TEST_F(SourceFault, WithALineFeedInItsNameIsOpenedAndDeleted)
+TEST_F(FaultySource, WithALineFeedInItsNameIsOpenedAndDeleted)
 {
     const std::string name = "two\nlines";
     write_file(source(name), "text of it");
     pick_and_expect(name, "text of it");
-    desk.click("-");
-    desk.click("!");
+    panels.click("-");
+    panels.click("!");
     EXPECT_FALSE(std::filesystem::exists(source(name)));
     open_file = "-";
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatVanishedFromTheOpenListIsNotOpened)
+TEST_F(FaultySource, ThatVanishedFromTheOpenListIsNotOpened)
 {
     write_file(source("gone"), "");
     open_list();
-    const std::optional<point> at = desk.find("gone");
+    const std::optional<point> at = panels.find("gone");
     ASSERT_TRUE(at);
     // The list's one entry stands where the other did, or nothing does.
     std::filesystem::remove(source("gone"));
     std::filesystem::remove(source("a.txt"));
-    desk.click(*at);
-    desk.frame();
+    panels.click(*at);
+    panels.frame();
     expect_as_before();
 }
 
-TEST_F(SourceFault, ThatVanishesUnderTheClickBringsTheTextOpenedBefore)
+TEST_F(FaultySource, ThatVanishesUnderTheClickBringsBackTheTextOpenedBefore)
 {
     write_file(source("gone"), "too late");
     before_open = [this] { std::filesystem::remove(source("gone")); };
@@ -310,7 +310,7 @@ TEST_F(SourceFault, ThatVanishesUnderTheClickBringsTheTextOpenedBefore)
     expect_as_before();
 }
 
-TEST_F(SourceFault, DirectoryThatVanishesLeavesAnEmptyList)
+TEST_F(FaultySource, InADirectoryThatVanishedLeavesAnEmptyList)
 {
     std::filesystem::remove_all(sources);
     open_list();
@@ -318,7 +318,7 @@ TEST_F(SourceFault, DirectoryThatVanishesLeavesAnEmptyList)
     expect_as_before();
 }
 
-class TrayName : public FaultDesk
+class TrayName : public FaultRig
 {
 protected:
     // What the tools are told of this tray's mosaic.
@@ -340,18 +340,18 @@ protected:
     {
         tray = place.file(name);
         std::filesystem::create_directory(tray);
-        vimbo::choose_tray(desk.app().frame, desk.app().mosaic, tray.c_str());
+        vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
     }
 };
 
-TEST_F(TrayName, WithBlanksSingleQuotesAndLineFeedsArrivesAsItIs)
+TEST_F(TrayName, WithBlanksSingleQuotesAndLineFeedsReachesTheToolsUnchanged)
 {
     for (const char *name : {"two  blanks ", "a 'quoted' one", "it's", "a; b & c | d > e * ?",
                              "two\nlines", "-s", "#", "~"})
         expect_passed_on(name);
 }
 
-TEST_F(TrayName, WithWhatAShellWouldExpandArrivesAsItIs)
+TEST_F(TrayName, WithWhatAShellWouldExpandReachesTheToolsUnchanged)
 {
     for (const char *name : {"a$HOME", "b`id`", "c$(id)", "${HOME}", "back\\slash", "\\", "\\$HOME",
                              "$", "!!", "\xff"})
@@ -368,12 +368,12 @@ TEST_F(TrayName, WithADoubleQuoteIsRefused)
         tools.put("mero", "exit 3");
         const std::string complaint = "error: the tray's path has a double quote.\n";
         EXPECT_EQ(run_and_complaint("Integrate"), complaint);
-        EXPECT_STREQ(desk.app().evaluation.eval_text,
+        EXPECT_STREQ(panels.app().evaluation.eval_text,
                      "Error: the tray's path has a double quote.\n");
         EXPECT_EQ(run_and_complaint("↻"), complaint);
         EXPECT_EQ(tools.arguments_of("mero") + tools.arguments_of("plimb"), "")
             << "one was started";
-        EXPECT_EQ(desk.app().statistics.run.stats_locality[0], 0.5F);
+        EXPECT_EQ(panels.app().statistics.run.stats_locality[0], 0.5F);
         EXPECT_FALSE(std::filesystem::exists(tray + "/_mosaics"));
         expect_as_before();
     }
@@ -381,14 +381,14 @@ TEST_F(TrayName, WithADoubleQuoteIsRefused)
     EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
 }
 
-TEST_F(TrayName, ThatIsAFileIsTheToolsToTell)
+TEST_F(TrayName, ThatIsAFileIsReportedByTheTool)
 {
     tray = place.file("file");
     write_file(tray, "no directory");
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, tray.c_str());
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
     tools.put("mero", "exit 1");
     EXPECT_EQ(run_and_complaint("Integrate"), "");
-    EXPECT_TRUE(std::string(desk.app().evaluation.eval_text).ends_with("Status: error.\n"));
+    EXPECT_TRUE(std::string(panels.app().evaluation.eval_text).ends_with("Status: error.\n"));
     EXPECT_EQ(read_file(tray), "no directory");
     expect_as_before();
 }

@@ -12,7 +12,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-namespace bench
+namespace rig
 {
 
 refused_calls refused;
@@ -39,9 +39,9 @@ bool refuse(int error)
 
 } // namespace
 
-} // namespace bench
+} // namespace rig
 
-using namespace bench;
+using namespace rig;
 
 // The linker's names for the original and for what replaces it.
 // NOLINTBEGIN(bugprone-reserved-identifier)

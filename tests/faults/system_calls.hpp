@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-namespace bench
+namespace rig
 {
 
 struct refused_calls {
@@ -43,4 +43,4 @@ extern std::atomic<int> longest_poll;
 /// Called before each opening of a file, when there is one.
 extern std::function<void()> before_open;
 
-} // namespace bench
+} // namespace rig

@@ -1,9 +1,9 @@
 // What tools that misbehave leave on the panels: their end is taken, and the
 // edited text, the open file and the tray are as they were. Each fault is shown
 // by the evaluator and by the statistics tool.
-#include "tests/faults/fault_desk.hpp"
+#include "tests/faults/fault_rig.hpp"
 #include "tests/support/child_watch.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <sys/resource.h>
 #include <unistd.h>
@@ -15,10 +15,10 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::has_flag;
 
-class ToolFault : public FaultDesk
+class FaultyTool : public FaultRig
 {
 protected:
     // What a fault must not take from the charts.
@@ -43,7 +43,7 @@ protected:
 
     std::size_t figures_that_are(float value)
     {
-        const vimbo::stats_run_state &got = desk.app().statistics.run;
+        const vimbo::stats_run_state &got = panels.app().statistics.run;
         return static_cast<std::size_t>(
             std::count(std::begin(got.stats_locality), std::end(got.stats_locality), value) +
             std::count(std::begin(got.stats_directions), std::end(got.stats_directions), value) +
@@ -52,7 +52,7 @@ protected:
 
     void expect_shown(const std::string &end)
     {
-        const std::string shown = desk.app().evaluation.eval_text;
+        const std::string shown = panels.app().evaluation.eval_text;
         EXPECT_TRUE(shown.ends_with(end)) << shown;
     }
 
@@ -71,16 +71,16 @@ protected:
 
     bool running(std::uint32_t bits)
     {
-        return has_flag(desk.app().frame.ui_flags, bits);
+        return has_flag(panels.app().frame.ui_flags, bits);
     }
 
     // Starts both and lets frames go by until both have made this file.
     void start_both(const std::string &sign)
     {
-        desk.click("Evaluate");
-        desk.click("↻");
+        panels.click("Evaluate");
+        panels.click("↻");
         EXPECT_TRUE(wait_until([&] {
-            desk.frame();
+            panels.frame();
             return read_file(tools.file(sign)).size() == 2;
         })) << "they do not begin";
     }
@@ -89,7 +89,7 @@ protected:
     {
         EXPECT_TRUE(running(vimbo::ui_flag::eval_running));
         EXPECT_TRUE(running(vimbo::ui_flag::stats_running));
-        EXPECT_TRUE(desk.find("Cancel"));
+        EXPECT_TRUE(panels.find("Cancel"));
     }
 
     // Each adds a byte to the file `sign` once it has begun, then waits for "go".
@@ -102,24 +102,24 @@ protected:
     // In both panels a letter more.
     void type_a_letter()
     {
-        vimbo::source_editor_state &editor = desk.app().editor;
-        desk.click(point{14, 52});
-        desk.key(NK_KEY_TEXT_END);
-        desk.frame();
-        desk.type("z");
-        desk.frame();
+        vimbo::source_editor_state &editor = panels.app().editor;
+        panels.click(point{14, 52});
+        panels.key(NK_KEY_TEXT_END);
+        panels.frame();
+        panels.type("z");
+        panels.frame();
         text += 'z';
         EXPECT_EQ(editor.source_text, text);
     }
 };
 
 // The shell's own lines about a tool that it cannot start.
-class MissingTool : public ToolFault
+class MissingTool : public FaultyTool
 {
 protected:
     void SetUp() override
     {
-        ToolFault::SetUp();
+        FaultyTool::SetUp();
         std::filesystem::remove(tools.file("plimb"));
         setenv("PATH", tools.folder().c_str(), 1);
         testing::internal::CaptureStderr();
@@ -133,26 +133,26 @@ protected:
     }
 };
 
-TEST_F(MissingTool, IsAnError)
+TEST_F(MissingTool, ShowsTheErrorStatus)
 {
     expect_of_both(".\nStatus: error.\n");
 }
 
-TEST_F(MissingTool, ThatIsNotExecutableIsAnError)
+TEST_F(MissingTool, ThatIsNotExecutableShowsTheErrorStatus)
 {
     write_file(tools.file("mero"), "#!/bin/sh\nexit 0\n");
     write_file(tools.file("plimb"), "#!/bin/sh\nexit 0\n");
     expect_of_both(".\nStatus: error.\n");
 }
 
-TEST_F(MissingTool, ThatIsADirectoryIsAnError)
+TEST_F(MissingTool, ThatIsADirectoryShowsTheErrorStatus)
 {
     std::filesystem::create_directory(tools.file("mero"));
     std::filesystem::create_directory(tools.file("plimb"));
     expect_of_both(".\nStatus: error.\n");
 }
 
-TEST_F(ToolFault, KilledByASignalIsToldByItsStatus)
+TEST_F(FaultyTool, KilledByASignalShowsItsStatus)
 {
     actions("say 'last words' die 9");
     testing::internal::CaptureStderr(); // some shells tell of it
@@ -170,26 +170,26 @@ TEST_F(ToolFault, KilledByASignalIsToldByItsStatus)
     expect_as_before();
 }
 
-TEST_F(ToolFault, EndingAtOnceIsTakenWithItsStatus)
+TEST_F(FaultyTool, EndingAtOnceShowsItsStatus)
 {
     actions("exit 3");
     expect_of_both(".\nStatus: uknown.\n");
 }
 
-TEST_F(ToolFault, FloodOfAGigabyteIsDrainedToItsOwnStatus)
+TEST_F(FaultyTool, PrintingAGigabyteIsDrainedToItsOwnStatus)
 {
     script("yes | head -c 1000000000\nexit 3\n");
     expect_of_both("\n...\nStatus: uknown.\n");
 }
 
-TEST_F(ToolFault, FloodOfZeroBytesIsDrainedToItsOwnStatus)
+TEST_F(FaultyTool, PrintingAGigabyteOfZeroBytesIsDrainedToItsOwnStatus)
 {
     script("head -c 1000000000 /dev/zero\nexit 3\n");
     // A zero byte ends the text, so nothing is shown of it.
     expect_of_both(".\nStatus: uknown.\n");
 }
 
-TEST_F(ToolFault, FloodOfDigitsWithoutALineFeedTakesNoMemory)
+TEST_F(FaultyTool, PrintingDigitsWithoutALineFeedTakesNoMemory)
 {
     rusage before = {};
     getrusage(RUSAGE_SELF, &before);
@@ -205,19 +205,19 @@ TEST_F(ToolFault, FloodOfDigitsWithoutALineFeedTakesNoMemory)
     expect_as_before();
 }
 
-TEST_F(ToolFault, InvalidTextAndTerminalEscapesAreOnlyText)
+TEST_F(FaultyTool, PrintingInvalidUtf8AndTerminalEscapesShowsThemAsText)
 {
     script("printf '\\377\\300\\033[2J\\033]0;x\\007end'\n");
     expect_of_both("\nEvaluation:\n\xff\xc0\x1b[2J\x1b]0;x\aend\nStatus: ok.\n");
 }
 
-TEST_F(ToolFault, ZeroBytesHideWhatFollowsButNotTheStatus)
+TEST_F(FaultyTool, PrintingZeroBytesHidesWhatFollowsButNotItsStatus)
 {
     script("printf 'seen\\0hidden'\nexit 1\n");
     expect_of_both("\nEvaluation:\nseenStatus: error.\n");
 }
 
-TEST_F(ToolFault, ThatNeverEndsLeavesTheDeskToWorkAt)
+TEST_F(FaultyTool, ThatNeverEndsLeavesThePanelsUsable)
 {
     script_that_begins_and("echo 0.5");
     start_both("begun");
@@ -230,13 +230,13 @@ TEST_F(ToolFault, ThatNeverEndsLeavesTheDeskToWorkAt)
     expect_as_before();
 }
 
-TEST_F(ToolFault, ThatClosesItsOutputAndLivesOnIsNotWaitedFor)
+TEST_F(FaultyTool, ThatClosesItsOutputAndLivesOnIsNotWaitedFor)
 {
     script_that_begins_and("echo begun\nexec >&-");
     start_both("begun");
     // The one tool's status is still to come; the other's figures are not.
     ASSERT_TRUE(wait_until([this] {
-        desk.frame();
+        panels.frame();
         return !running(vimbo::ui_flag::stats_running);
     }));
     EXPECT_EQ(children_of(getpid()), 2U) << "both live on";
@@ -250,7 +250,7 @@ TEST_F(ToolFault, ThatClosesItsOutputAndLivesOnIsNotWaitedFor)
     expect_as_before();
 }
 
-TEST_F(ToolFault, ThatLeavesAnotherBehindEndsWithItsOwnProcess)
+TEST_F(FaultyTool, ThatLeavesAnotherBehindEndsWithItsOwnProcess)
 {
     actions("say 'last words' leave " + tools.file("go") + " exit 3");
     expect_of_both("\nlast words\nStatus: uknown.\n");
@@ -259,7 +259,7 @@ TEST_F(ToolFault, ThatLeavesAnotherBehindEndsWithItsOwnProcess)
 
 // No waiting anywhere has a time-out: not by a poll, not by the calendar, and not
 // by frames, of which a minute has 1,800. The soak is silent for a real minute.
-TEST_F(ToolFault, ThatIsSilentForAMinuteIsWaitedFor)
+TEST_F(FaultyTool, ThatIsSilentForAMinuteIsWaitedFor)
 {
     script_that_begins_and("");
     longest_poll = -1;
@@ -267,7 +267,7 @@ TEST_F(ToolFault, ThatIsSilentForAMinuteIsWaitedFor)
     const std::time_t start = std::time(nullptr);
     for (int frame = 0; frame < 1900; ++frame) {
         clock_stands = start + std::time_t{60} * frame;
-        desk.frame();
+        panels.frame();
     }
     clock_stands = 0;
     expect_both_running();

@@ -2,7 +2,7 @@
 #include "mosaic/load_mosaic.hpp"
 
 #include "mosaic/mosaic_file.hpp"
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
 
@@ -17,7 +17,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 std::string body_of(std::size_t bytes)
 {
@@ -88,7 +88,7 @@ TEST_F(LoadMosaic, PutsTheTraysCentreInFrontOfThePoints)
     }
 }
 
-TEST_F(LoadMosaic, OfNoElementsShowsTheCentreAlone)
+TEST_F(LoadMosaic, HoldsOnlyTheTraysCentreForNoElements)
 {
     load_bytes(mosaic_bytes(8, 0, ""));
     expect_shown(1, "");
@@ -109,7 +109,7 @@ TEST_F(LoadMosaic, CountsWholePointsAndUploadsTheRest)
     }
 }
 
-TEST_F(LoadMosaic, IgnoresWhatTheFileHoldsBeyondItsPromise)
+TEST_F(LoadMosaic, IgnoresBytesBeyondThoseTheHeaderPromises)
 {
     load_bytes(mosaic_bytes(8, 1, body_of(8) + "more than was promised"));
     expect_shown(2, body_of(8));
@@ -151,7 +151,7 @@ TEST_F(LoadMosaic, DescribesItsRecordsToTheVertexArray)
     glBindVertexArray(0);
 }
 
-TEST_F(LoadMosaic, ReplacesTheObjectsOfTheOneBefore)
+TEST_F(LoadMosaic, DeletesTheGlObjectsOfTheFormerMosaic)
 {
     load_good();
     const int with_one = live_objects();
@@ -160,7 +160,7 @@ TEST_F(LoadMosaic, ReplacesTheObjectsOfTheOneBefore)
     EXPECT_EQ(live_objects(), with_one);
 }
 
-TEST_F(LoadMosaic, ThatIsMissingTakesTheOneBeforeAway)
+TEST_F(LoadMosaic, LeavesNothingOfTheFormerMosaicWhenTheFileIsMissing)
 {
     load_good();
     const GLuint buffer = mosaic.mosaic_vbo;
@@ -173,7 +173,7 @@ TEST_F(LoadMosaic, ThatIsMissingTakesTheOneBeforeAway)
     expect_absent("a missing directory");
 }
 
-TEST_F(LoadMosaic, ThatIsNoFileShowsNothing)
+TEST_F(LoadMosaic, ShowsNothingWhereThePathIsNoRegularFile)
 {
     load_good();
     load(place.path().string());
@@ -185,7 +185,7 @@ TEST_F(LoadMosaic, ThatIsNoFileShowsNothing)
     expect_absent("a device");
 }
 
-TEST_F(LoadMosaic, ThatFallsShortShowsNothing)
+TEST_F(LoadMosaic, ShowsNothingOfAFileShorterThanItsHeaderPromises)
 {
     const std::string whole = mosaic_bytes(8, 3, body_of(24));
     for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{31}, std::size_t{32},
@@ -198,7 +198,7 @@ TEST_F(LoadMosaic, ThatFallsShortShowsNothing)
     expect_shown(4, body_of(24));
 }
 
-TEST_F(LoadMosaic, ThatPromisesMoreThanThereCanBeShowsNothing)
+TEST_F(LoadMosaic, ShowsNothingWhenTheHeaderPromisesTheImpossible)
 {
     const std::pair<std::uint32_t, std::uint64_t> promises[] = {
         {8, UINT64_MAX},
@@ -219,13 +219,13 @@ TEST_F(LoadMosaic, ThatPromisesMoreThanThereCanBeShowsNothing)
 // What happens to the file between the look at its header and that at its body.
 std::function<void()> meanwhile;
 
-class MosaicInChange : public LoadMosaic
+class MosaicChangedWhileRead : public LoadMosaic
 {
 protected:
     // More than a stream reads ahead with the header.
     static constexpr std::size_t points = 20000;
 
-    MosaicInChange()
+    MosaicChangedWhileRead()
     {
         map_buffer = __glewMapBuffer;
         __glewMapBuffer = [](GLenum target, GLenum access) {
@@ -234,7 +234,7 @@ protected:
         };
     }
 
-    ~MosaicInChange() override
+    ~MosaicChangedWhileRead() override
     {
         __glewMapBuffer = map_buffer;
         meanwhile = nullptr;
@@ -250,9 +250,9 @@ protected:
     static PFNGLMAPBUFFERPROC map_buffer;
 };
 
-PFNGLMAPBUFFERPROC MosaicInChange::map_buffer;
+PFNGLMAPBUFFERPROC MosaicChangedWhileRead::map_buffer;
 
-TEST_F(MosaicInChange, ThatIsCutShowsNothing)
+TEST_F(MosaicChangedWhileRead, ShowsNothingWhenItIsCut)
 {
     for (const std::size_t left :
          {std::size_t{0}, std::size_t{31}, std::size_t{32}, points, 31 + points * 8}) {
@@ -261,7 +261,7 @@ TEST_F(MosaicInChange, ThatIsCutShowsNothing)
     }
 }
 
-TEST_F(MosaicInChange, ThatIsReplacedIsShownAsItWasOpened)
+TEST_F(MosaicChangedWhileRead, IsShownAsItWasOpenedWhenItIsReplaced)
 {
     load_and([&] {
         write_file(place.file("new"), mosaic_bytes({{1, 1}}));
@@ -272,13 +272,13 @@ TEST_F(MosaicInChange, ThatIsReplacedIsShownAsItWasOpened)
     EXPECT_EQ(mosaic.mosaic_vertex_count, 2) << "the new one";
 }
 
-TEST_F(MosaicInChange, ThatIsRemovedIsShownAsItWasOpened)
+TEST_F(MosaicChangedWhileRead, IsShownAsItWasOpenedWhenItIsRemoved)
 {
     load_and([&] { std::filesystem::remove(place.file("0.mmv")); });
     expect_shown(points + 1, body_of(points * 8));
 }
 
-TEST_F(MosaicInChange, ThatGrowsIsReadAsFarAsWasPromised)
+TEST_F(MosaicChangedWhileRead, IsReadAsFarAsItsHeaderPromisesWhenItGrows)
 {
     load_and([&] {
         std::ofstream(place.file("0.mmv"), std::ios::app | std::ios::binary) << body_of(1000000);
@@ -287,7 +287,7 @@ TEST_F(MosaicInChange, ThatGrowsIsReadAsFarAsWasPromised)
 }
 
 // A file with holes is as long as its header says.
-TEST_F(LoadMosaic, ThatKeepsAPromiseBeyondMemoryShowsNothing)
+TEST_F(LoadMosaic, ShowsNothingOfAFileLargerThanMemory)
 {
     load_good();
     const std::uint64_t count = std::uint64_t{1} << 40;
@@ -298,7 +298,7 @@ TEST_F(LoadMosaic, ThatKeepsAPromiseBeyondMemoryShowsNothing)
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_OUT_OF_MEMORY));
 }
 
-TEST_F(LoadMosaic, ThatTheDriverGrantsNoMemoryShowsNothing)
+TEST_F(LoadMosaic, ShowsNothingWhenTheDriverGrantsNoMemory)
 {
     const PFNGLMAPBUFFERPROC map_buffer = __glewMapBuffer;
     __glewMapBuffer = [](GLenum, GLenum) -> void * { return nullptr; };

@@ -1,13 +1,13 @@
 #include "render/path_program.hpp"
 
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
 
 #include <gtest/gtest.h>
 
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr const char *vertex_source = "#version 330\nin vec4 vp;\nflat out int l;\n"
                                       "void main() { gl_Position = vp; l = 1; }\n";
@@ -63,7 +63,7 @@ TEST_F(PathProgram, IsBuiltFromGivenSources)
     glDeleteProgram(result.program);
 }
 
-TEST_F(PathProgram, TellsAVertexShaderThatDoesNotCompile)
+TEST_F(PathProgram, ReportsAVertexShaderThatDoesNotCompile)
 {
     const outcome result = build(broken, fragment_source);
     EXPECT_EQ(result.program, 0U);
@@ -71,7 +71,7 @@ TEST_F(PathProgram, TellsAVertexShaderThatDoesNotCompile)
     EXPECT_GT(result.message.size(), 25U) << "the log is missing";
 }
 
-TEST_F(PathProgram, TellsAFragmentShaderThatDoesNotCompile)
+TEST_F(PathProgram, ReportsAFragmentShaderThatDoesNotCompile)
 {
     const outcome result = build(vertex_source, broken);
     EXPECT_EQ(result.program, 0U);
@@ -79,14 +79,14 @@ TEST_F(PathProgram, TellsAFragmentShaderThatDoesNotCompile)
     EXPECT_GT(result.message.size(), 27U) << "the log is missing";
 }
 
-TEST_F(PathProgram, TellsTheFirstOfTwoBrokenShadersOnly)
+TEST_F(PathProgram, ReportsOnlyTheFirstOfTwoBrokenShaders)
 {
     const outcome result = build(broken, broken);
     EXPECT_EQ(result.program, 0U);
     EXPECT_EQ(result.message.find("fragment"), std::string::npos) << result.message;
 }
 
-TEST_F(PathProgram, TellsShadersThatDoNotFitTogether)
+TEST_F(PathProgram, ReportsShadersThatDoNotLink)
 {
     const outcome result = build(vertex_source, "#version 330\nflat in vec2 l;\nout vec3 clr;\n"
                                                 "void main() { clr = vec3(l, 0); }\n");
@@ -95,7 +95,7 @@ TEST_F(PathProgram, TellsShadersThatDoNotFitTogether)
     EXPECT_EQ(result.message.find("shader error:"), std::string::npos) << result.message;
 }
 
-TEST_F(PathProgram, IsNoneWhereTheDriverGivesNoObjects)
+TEST_F(PathProgram, IsZeroWhereTheDriverGivesNoObjects)
 {
     const PFNGLCREATESHADERPROC create_shader = __glewCreateShader;
     __glewCreateShader = [](GLenum) -> GLuint { return 0; };

@@ -3,7 +3,7 @@
 #include "render/path_program.hpp"
 #include "render/preview_picture.hpp"
 #include "render/tray_outline.hpp"
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
 #include "tests/support/scratch.hpp"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::path_vertex;
 
 constexpr double largest = 2147483647;
@@ -78,7 +78,7 @@ protected:
     vimbo::mosaic_state mosaic = {};
 };
 
-TEST_F(Picture, GivesEachMoveTheColourOfItsEnd)
+TEST_F(Picture, ColoursEachMoveByTheRecordItEndsAt)
 {
     // A jump to the start, then a mark, a jump and a mark around a square.
     load({at_pixel(50, 50, false), at_pixel(350, 50, true), at_pixel(350, 250, false),
@@ -102,7 +102,7 @@ TEST_F(Picture, JumpsFromTheCentreToTheFirstPoint)
     EXPECT_EQ(paper.count(jump) + paper.count(background), 400 * 300);
 }
 
-TEST_F(Picture, TakesEveryOddYForAMarkTheNegativeToo)
+TEST_F(Picture, DrawsEveryOddYAsAMarkNegativeOnesIncluded)
 {
     load({vertex(0, 0, false), {-10000000, -1}, {-10000000, -2}});
     const canvas paper(400, 300);
@@ -133,7 +133,7 @@ TEST_F(Picture, ReplaysThePathInItsDrawingOrder)
     }
 }
 
-TEST_F(Picture, OfNoElementsShowsTheBackgroundAlone)
+TEST_F(Picture, ShowsOnlyTheBackgroundForNoElements)
 {
     load({});
     const canvas paper(400, 300);
@@ -205,7 +205,7 @@ TEST_F(Picture, StaysInItsRectangle)
     EXPECT_EQ(glIsEnabled(GL_SCISSOR_TEST), GL_FALSE) << "the next frame would be cut";
 }
 
-TEST_F(Picture, IsTheSameWhateverTheInterfaceLeftBehind)
+TEST_F(Picture, IsTheSameWhateverGlStateTheInterfaceLeft)
 {
     load({at_pixel(50, 50, false), at_pixel(350, 50, true)});
     glEnable(GL_BLEND);
@@ -237,7 +237,7 @@ TEST_F(Picture, DrawsTheTrayOverThePathsAndAtReplayZeroToo)
     glDeleteBuffers(1, &tray.buffer);
 }
 
-TEST_F(Picture, WithoutAProgramIsTheBackground)
+TEST_F(Picture, ShowsOnlyTheBackgroundWithoutAShaderProgram)
 {
     load({at_pixel(50, 50, false), at_pixel(350, 50, true)});
     const canvas paper(400, 300);
@@ -245,7 +245,7 @@ TEST_F(Picture, WithoutAProgramIsTheBackground)
     EXPECT_EQ(paper.count(background), 400 * 300);
 }
 
-TEST_F(Picture, OfNoSizeTouchesNothing)
+TEST_F(Picture, TouchesNoPixelWhenItHasNoSize)
 {
     load({at_pixel(50, 50, false), at_pixel(350, 50, true)});
     const canvas paper(400, 300);
@@ -257,7 +257,7 @@ TEST_F(Picture, OfNoSizeTouchesNothing)
     EXPECT_EQ(paper.count(untouched), 400 * 300);
 }
 
-TEST_F(Picture, OfAPathIsCutAtItsCount)
+TEST_F(Picture, DrawsNoMoreVerticesThanThePathCounts)
 {
     load({at_pixel(100, 100, false), at_pixel(300, 100, true), at_pixel(300, 200, true)});
     const vimbo::path_matrix matrix = vimbo::preview_matrix(preview, 400, 300);

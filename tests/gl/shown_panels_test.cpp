@@ -1,6 +1,6 @@
 #include "app/shown_panels.hpp"
 
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
 #include "ui/nuklear_backend.hpp"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 class ShownPanels : public testing::Test
 {
@@ -46,7 +46,7 @@ protected:
     std::unique_ptr<vimbo::shown_panels> panels = std::make_unique<vimbo::shown_panels>();
 };
 
-TEST_F(ShownPanels, TakeNoMemoryWithEachFrameThatDiffers)
+TEST_F(ShownPanels, AllocateNoMemoryForEachFrameThatDiffers)
 {
     const auto held = [&] { return context->draw_list.buffer->memory.size; };
     show("first");

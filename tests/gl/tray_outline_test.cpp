@@ -1,6 +1,6 @@
 #include "render/tray_outline.hpp"
 
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::path_vertex;
 using vimbo::tray_extent;
 

@@ -1,19 +1,20 @@
 // The Evaluation panel: what it offers, the commands that it starts, and how it
 // tells their end.
 #include "tests/support/child_watch.hpp"
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/tool_path.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <functional>
 #include <regex>
 
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::has_flag;
 
 class EvaluationPanel : public testing::Test
@@ -22,7 +23,7 @@ protected:
     EvaluationPanel()
     {
         std::filesystem::remove("/tmp/mero.end");
-        vimbo::app_state &app = desk.app();
+        vimbo::app_state &app = panels.app();
         app.frame.ui_flags |= vimbo::ui_flag::bottom_shown;
         std::snprintf(app.mosaic.tray_directory, sizeof app.mosaic.tray_directory, "%s",
                       place.file("tray").c_str());
@@ -37,7 +38,7 @@ protected:
 
     bool running()
     {
-        return has_flag(desk.app().frame.ui_flags, vimbo::ui_flag::eval_running);
+        return has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
     }
 
     // Frames until the run has ended. The last frame is the one that took it.
@@ -45,20 +46,29 @@ protected:
     {
         return wait_until([this] {
             if (running())
-                desk.frame();
+                panels.frame();
             return !running();
         });
     }
 
+    // Frames until it holds. False when it never does.
+    bool frames_until(const std::function<bool()> &condition)
+    {
+        constexpr int most = 1000;
+        for (int i = 0; i < most && !condition(); ++i)
+            panels.frame();
+        return condition();
+    }
+
     bool run(std::string_view button)
     {
-        desk.click(button);
+        panels.click(button);
         return finish();
     }
 
     std::string text()
     {
-        return desk.app().evaluation.eval_text;
+        return panels.app().evaluation.eval_text;
     }
 
     void expect_text(const std::string &pattern)
@@ -68,14 +78,14 @@ protected:
 
     const scratch_directory place;
     const tool_path tools;
-    panel_bench desk;
+    panel_rig panels;
 };
 
 TEST_F(EvaluationPanel, EvaluatesACopyOfTheEditedText)
 {
     tools.put("mero", "exit 0");
     write_file(place.file("a"), "the text\nof two lines");
-    vimbo::open_source(desk.app().bar, desk.app().editor, place.file("a").c_str());
+    vimbo::open_source(panels.app().bar, panels.app().editor, place.file("a").c_str());
     std::filesystem::remove("/tmp/vimbo");
     ASSERT_TRUE(run("Evaluate"));
     EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
@@ -85,10 +95,10 @@ TEST_F(EvaluationPanel, EvaluatesACopyOfTheEditedText)
 TEST_F(EvaluationPanel, AsksForRawOutputWhenRawIsTicked)
 {
     tools.put("mero", "exit 0");
-    desk.click("Raw");
+    panels.click("Raw");
     ASSERT_TRUE(run("Evaluate"));
     EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
-    desk.click("Raw");
+    panels.click("Raw");
     ASSERT_TRUE(run("Evaluate"));
     EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
 }
@@ -96,18 +106,18 @@ TEST_F(EvaluationPanel, AsksForRawOutputWhenRawIsTicked)
 TEST_F(EvaluationPanel, IntegratesIntoTheCurrentMosaic)
 {
     tools.put("mero", "exit 0");
-    desk.app().mosaic.mosaic_index = 5;
+    panels.app().mosaic.mosaic_index = 5;
     ASSERT_TRUE(run("Integrate"));
     EXPECT_EQ(tools.arguments_of("mero"),
               "-s\n35.000000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/5.mmv\n");
-    EXPECT_EQ(desk.app().mosaic.mosaic_path, place.file("tray") + "/_mosaics/5.mmv");
+    EXPECT_EQ(panels.app().mosaic.mosaic_path, place.file("tray") + "/_mosaics/5.mmv");
 }
 
 TEST_F(EvaluationPanel, CentersWhenCenterIsTickedAndTakesTheUnit)
 {
     tools.put("mero", "exit 0");
-    desk.click("Center");
-    desk.app().evaluation.unit_um = 12.5;
+    panels.click("Center");
+    panels.app().evaluation.unit_um = 12.5;
     ASSERT_TRUE(run("Integrate"));
     EXPECT_EQ(tools.arguments_of("mero"),
               "-c\n-s\n12.500000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/0.mmv\n");
@@ -116,8 +126,8 @@ TEST_F(EvaluationPanel, CentersWhenCenterIsTickedAndTakesTheUnit)
 TEST_F(EvaluationPanel, LeavesRawToEvaluateAndCenterToIntegrate)
 {
     tools.put("mero", "exit 0");
-    desk.click("Raw");
-    desk.click("Center");
+    panels.click("Raw");
+    panels.click("Center");
     ASSERT_TRUE(run("Evaluate"));
     EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
     ASSERT_TRUE(run("Integrate"));
@@ -126,27 +136,27 @@ TEST_F(EvaluationPanel, LeavesRawToEvaluateAndCenterToIntegrate)
 
 TEST_F(EvaluationPanel, KeepsTheUnitBetweenOneAndAThousand)
 {
-    desk.frame();
-    const point label = *desk.find("Unit [µm]");
+    panels.frame();
+    const point label = *panels.find("Unit [µm]");
     const auto drag = [&](int step) {
-        desk.move(label);
-        desk.frame();
+        panels.move(label);
+        panels.frame();
         for (int i = 0; i < 20; ++i) {
-            desk.press({label.x + i * step, label.y});
-            desk.frame();
+            panels.press({label.x + i * step, label.y});
+            panels.frame();
         }
-        desk.release(label);
-        desk.frame();
+        panels.release(label);
+        panels.frame();
     };
     drag(-100);
-    EXPECT_EQ(desk.app().evaluation.unit_um, 1.0);
+    EXPECT_EQ(panels.app().evaluation.unit_um, 1.0);
     drag(1000);
-    EXPECT_EQ(desk.app().evaluation.unit_um, 1000.0);
+    EXPECT_EQ(panels.app().evaluation.unit_um, 1000.0);
 }
 
 TEST_F(EvaluationPanel, StartsAtThirtyFiveMicrometres)
 {
-    EXPECT_EQ(desk.app().evaluation.unit_um, 35.0);
+    EXPECT_EQ(panels.app().evaluation.unit_um, 35.0);
 }
 
 TEST_F(EvaluationPanel, MakesTheDirectoryForMosaicsBeforeTheToolStarts)
@@ -168,7 +178,7 @@ TEST_F(EvaluationPanel, QuotesATrayWithABlank)
 {
     tools.put("mero", "exit 0");
     std::filesystem::create_directory(place.file("a tray"));
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, place.file("a tray").c_str());
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, place.file("a tray").c_str());
     ASSERT_TRUE(run("Integrate"));
     EXPECT_EQ(tools.arguments_of("mero"),
               "-s\n35.000000\n/tmp//vimbo\n" + place.file("a tray") + "/_mosaics/0.mmv\n");
@@ -190,7 +200,7 @@ TEST_F(EvaluationPanel, ShowsNoHeadingForASilentTool)
     expect_text("Building\\.+\nStatus: ok\\.\n");
 }
 
-TEST_F(EvaluationPanel, TellsEveryStatus)
+TEST_F(EvaluationPanel, NamesEveryStatus)
 {
     const std::pair<const char *, const char *> endings[] = {
         {"exit 0", "ok"},      {"exit 1", "error"},      {"exit 3", "uknown"},
@@ -202,7 +212,7 @@ TEST_F(EvaluationPanel, TellsEveryStatus)
     }
 }
 
-TEST_F(EvaluationPanel, CallsAMissingToolAnError)
+TEST_F(EvaluationPanel, ShowsTheErrorStatusOfAMissingTool)
 {
     const tool_path nothing_else;
     setenv("PATH", nothing_else.folder().c_str(), 1);
@@ -212,7 +222,7 @@ TEST_F(EvaluationPanel, CallsAMissingToolAnError)
     testing::internal::GetCapturedStderr();
 }
 
-TEST_F(EvaluationPanel, FitsTheMostThatAToolCanShow)
+TEST_F(EvaluationPanel, HasRoomForTheMostThatAToolCanShow)
 {
     tools.put("mero", "write 100000 exit 3");
     ASSERT_TRUE(run("Evaluate"));
@@ -224,24 +234,24 @@ TEST_F(EvaluationPanel, FitsTheMostThatAToolCanShow)
 TEST_F(EvaluationPanel, OffersCancelAloneWhileAToolRuns)
 {
     tools.put("mero", "await " + tools.file("go"));
-    desk.click("Evaluate");
-    desk.frame();
-    EXPECT_TRUE(desk.find("Cancel"));
-    EXPECT_FALSE(desk.find("Evaluate"));
-    EXPECT_FALSE(desk.find("Integrate"));
+    panels.click("Evaluate");
+    panels.frame();
+    EXPECT_TRUE(panels.find("Cancel"));
+    EXPECT_FALSE(panels.find("Evaluate"));
+    EXPECT_FALSE(panels.find("Integrate"));
     write_file(tools.file("go"), "");
     ASSERT_TRUE(finish());
-    EXPECT_TRUE(desk.find("Evaluate"));
-    EXPECT_TRUE(desk.find("Integrate"));
-    EXPECT_FALSE(desk.find("Cancel"));
+    EXPECT_TRUE(panels.find("Evaluate"));
+    EXPECT_TRUE(panels.find("Integrate"));
+    EXPECT_FALSE(panels.find("Cancel"));
 }
 
 TEST_F(EvaluationPanel, CancelLeavesAnEmptyMarkerAndWaitsForNothing)
 {
     tools.put("mero", "await /tmp/mero.end exit 3");
-    desk.click("Evaluate");
+    panels.click("Evaluate");
     EXPECT_FALSE(std::filesystem::exists("/tmp/mero.end"));
-    desk.click("Cancel");
+    panels.click("Cancel");
     ASSERT_TRUE(std::filesystem::exists("/tmp/mero.end"));
     EXPECT_EQ(std::filesystem::file_size("/tmp/mero.end"), 0U);
     ASSERT_TRUE(finish());
@@ -252,16 +262,15 @@ TEST_F(EvaluationPanel, CancelLeavesAnEmptyMarkerAndWaitsForNothing)
 TEST_F(EvaluationPanel, GrowsADotAFrameAndThenSpins)
 {
     tools.put("mero", "await " + tools.file("go"));
-    desk.click("Evaluate");
+    panels.click("Evaluate");
     const std::size_t begun = text().size();
-    desk.frame();
+    panels.frame();
     EXPECT_EQ(text().size(), begun + 1) << "one dot a frame";
-    while (text().size() < 64)
-        desk.frame();
+    ASSERT_TRUE(frames_until([&] { return text().size() >= 64; })) << text();
     EXPECT_EQ(text(), "Compilling" + std::string(54, '.'));
     std::string turns;
     for (int i = 0; i < 6; ++i) {
-        desk.frame();
+        panels.frame();
         turns += text().back();
     }
     EXPECT_EQ(turns, "-\\|/-\\");
@@ -272,36 +281,36 @@ TEST_F(EvaluationPanel, PutsADotForTheSpinnerWhateverItsPhase)
 {
     // A sanitizer's own thread comes with the first one that is started.
     tools.put("mero", "exit 0");
-    desk.click("Evaluate");
+    panels.click("Evaluate");
     ASSERT_TRUE(finish());
     for (const char phase : {'.', '-', '\\', '|', '/'}) {
         std::filesystem::remove(tools.file("go"));
         tools.put("mero", "await " + tools.file("go"));
         const std::size_t threads = threads_of(getpid());
-        desk.click("Evaluate");
-        while (text().size() < 64 || text().back() != phase)
-            desk.frame();
+        panels.click("Evaluate");
+        ASSERT_TRUE(frames_until([&] { return text().size() >= 64 && text().back() == phase; }))
+            << "never a line with " << phase << " at its end: " << text();
         write_file(tools.file("go"), "");
         // Once the reader has ended, the very next frame takes the end.
         ASSERT_TRUE(wait_until([&] { return threads_of(getpid()) == threads; }));
         ASSERT_EQ(text().back(), phase);
-        desk.frame();
+        panels.frame();
         ASSERT_FALSE(running());
         EXPECT_EQ(text(), "Compilling" + std::string(54, '.') + "\nStatus: ok.\n");
     }
 }
 
-TEST_F(EvaluationPanel, AsksForTheMosaicAgainInTheFrameThatTakesTheEnd)
+TEST_F(EvaluationPanel, RequestsAReloadInTheFrameThatTakesTheToolsEnd)
 {
     tools.put("mero", "await " + tools.file("go"));
-    desk.click("Evaluate");
-    desk.frame();
-    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+    panels.click("Evaluate");
+    panels.frame();
+    EXPECT_FALSE(has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
     write_file(tools.file("go"), "");
     ASSERT_TRUE(finish());
-    EXPECT_TRUE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
-    desk.frame();
-    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+    EXPECT_TRUE(has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
+    panels.frame();
+    EXPECT_FALSE(has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic));
 }
 
 TEST_F(EvaluationPanel, ClearsTheLastRunsTextAtTheNextStart)
@@ -309,21 +318,21 @@ TEST_F(EvaluationPanel, ClearsTheLastRunsTextAtTheNextStart)
     tools.put("mero", "say output");
     ASSERT_TRUE(run("Evaluate"));
     tools.put("mero", "await " + tools.file("go"));
-    desk.click("Integrate");
+    panels.click("Integrate");
     expect_text("Building\\.+");
 }
 
 TEST_F(EvaluationPanel, DoesNotPollWhileTheBottomIsHidden)
 {
     tools.put("mero", "say done");
-    desk.click("Evaluate");
-    desk.app().frame.ui_flags &= ~vimbo::ui_flag::bottom_shown;
+    panels.click("Evaluate");
+    panels.app().frame.ui_flags &= ~vimbo::ui_flag::bottom_shown;
     const std::string before = text();
     for (int i = 0; i < 20; ++i)
-        desk.frame();
+        panels.frame();
     EXPECT_EQ(text(), before);
     EXPECT_TRUE(running());
-    desk.app().frame.ui_flags |= vimbo::ui_flag::bottom_shown;
+    panels.app().frame.ui_flags |= vimbo::ui_flag::bottom_shown;
     ASSERT_TRUE(finish());
     expect_text("Compilling\\.+\nEvaluation:\ndone\nStatus: ok\\.\n");
 }

@@ -1,8 +1,8 @@
 // The Statistics panel: the command, the run, the charts and their labels.
 #include "tests/support/child_watch.hpp"
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/tool_path.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -13,7 +13,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::has_flag;
 
 constexpr const char *locality = "Locality r̿(k) = |pₖ-p₀|/∑ₖ₌₍₀,₃₂₎|pₖ₊₁-pₖ|";
@@ -30,14 +30,14 @@ class StatisticsPanel : public testing::Test
 protected:
     StatisticsPanel()
     {
-        desk.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
-        desk.frame(); // its column is there from the next frame on
+        panels.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
+        panels.frame(); // its column is there from the next frame on
     }
 
     ~StatisticsPanel() override
     {
         write_file(tools.file("go"), "");
-        desk.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
+        panels.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
         finish();
         wait_until([] {
             vimbo::collect_released_commands();
@@ -47,46 +47,46 @@ protected:
 
     vimbo::stats_run_state &run()
     {
-        return desk.app().statistics.run;
+        return panels.app().statistics.run;
     }
 
     bool running()
     {
-        return has_flag(desk.app().frame.ui_flags, vimbo::ui_flag::stats_running);
+        return has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::stats_running);
     }
 
     bool finish()
     {
         return wait_until([this] {
             if (running())
-                desk.frame();
+                panels.frame();
             return !running();
         });
     }
 
     bool measure()
     {
-        desk.click("↻");
+        panels.click("↻");
         return finish();
     }
 
     // The list is narrower than its longest item.
     void choose(std::string_view shown, std::string_view wanted)
     {
-        desk.click(shown);
+        panels.click(shown);
         std::string item;
-        for (const drawn_text &text : desk.texts())
+        for (const drawn_text &text : panels.texts())
             if (wanted.starts_with(text.text) && text.text.size() > 10)
                 item = text.text;
-        desk.click(item);
-        desk.frame();
+        panels.click(item);
+        panels.frame();
     }
 
     // What is filled in the charts' own colour: columns, or a line's points.
     std::vector<struct nk_rect> values_drawn(int red = 255, int green = 255, int blue = 255)
     {
         std::vector<struct nk_rect> found;
-        for (const drawn_rectangle &box : desk.rectangles())
+        for (const drawn_rectangle &box : panels.rectangles())
             if (is(box.colour, red, green, blue))
                 found.push_back(box.bounds);
         return found;
@@ -102,20 +102,20 @@ protected:
     std::vector<std::string> texts_below(float y)
     {
         std::vector<std::string> found;
-        for (const drawn_text &text : desk.texts())
+        for (const drawn_text &text : panels.texts())
             if (text.bounds.y >= y && text.text != "-" && text.text != "|")
                 found.push_back(text.text);
         return found;
     }
 
     const tool_path tools;
-    panel_bench desk;
+    panel_rig panels;
 };
 
 TEST_F(StatisticsPanel, MeasuresTheCurrentMosaic)
 {
     tools.put("plimb", "numbers 50 0.5");
-    desk.app().mosaic.mosaic_index = 3;
+    panels.app().mosaic.mosaic_index = 3;
     ASSERT_TRUE(measure());
     EXPECT_EQ(tools.arguments_of("plimb"), ".//_mosaics/3.mmv\n");
 }
@@ -123,12 +123,12 @@ TEST_F(StatisticsPanel, MeasuresTheCurrentMosaic)
 TEST_F(StatisticsPanel, TakesATrayWithABlank)
 {
     tools.put("plimb", "numbers 50 0.5");
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, "./a tray; with 'more'");
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, "./a tray; with 'more'");
     ASSERT_TRUE(measure());
     EXPECT_EQ(tools.arguments_of("plimb"), "./a tray; with 'more'/_mosaics/0.mmv\n");
 }
 
-TEST_F(StatisticsPanel, SharesTheNumbersOutInTheirOrder)
+TEST_F(StatisticsPanel, FillsItsThreeChartsInTheNumbersOrder)
 {
     tools.put("plimb", "numbers 31 0.25 numbers 1 0.375 numbers 15 0.5 numbers 1 0.625 numbers 1 "
                        "0.75 numbers 1 1");
@@ -146,7 +146,7 @@ TEST_F(StatisticsPanel, ClearsTwoChartsAtTheStartAndKeepsTheThird)
     tools.put("plimb", "numbers 50 0.5");
     ASSERT_TRUE(measure());
     tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.75");
-    desk.click("↻");
+    panels.click("↻");
     ASSERT_TRUE(running());
     EXPECT_EQ(run().stats_locality[31], 0.0F);
     EXPECT_EQ(run().stats_directions[15], 0.0F);
@@ -172,45 +172,45 @@ TEST_F(StatisticsPanel, KeepsTheOldFiguresOfAToolThatFails)
 TEST_F(StatisticsPanel, ShowsASpinnerForTheButtonWhileItRuns)
 {
     tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5");
-    desk.click("↻");
-    desk.app().statistics.stats_spinner = 0;
+    panels.click("↻");
+    panels.app().statistics.stats_spinner = 0;
     const std::vector<std::string> expected = {"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█",
                                                "▇", "▆", "▅", "▄", "▃", "▂", "▁", " "};
     for (std::size_t i = 0; i < 2 * expected.size(); ++i) {
-        desk.frame();
-        EXPECT_FALSE(desk.find("↻"));
-        EXPECT_TRUE(desk.find(expected[i % expected.size()])) << "frame " << i;
+        panels.frame();
+        EXPECT_FALSE(panels.find("↻"));
+        EXPECT_TRUE(panels.find(expected[i % expected.size()])) << "frame " << i;
     }
-    EXPECT_EQ(desk.app().statistics.stats_spinner, 32U);
+    EXPECT_EQ(panels.app().statistics.stats_spinner, 32U);
     write_file(tools.file("go"), "");
     ASSERT_TRUE(finish());
-    desk.frame();
-    EXPECT_TRUE(desk.find("↻"));
+    panels.frame();
+    EXPECT_TRUE(panels.find("↻"));
 }
 
 TEST_F(StatisticsPanel, TakesTheNumbersOnlyWhenItIsOpenedAgain)
 {
     tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5 touch " + tools.file("end"));
-    desk.click("↻");
-    desk.click("|");
-    const std::uint32_t turned = desk.app().statistics.stats_spinner;
+    panels.click("↻");
+    panels.click("|");
+    const std::uint32_t turned = panels.app().statistics.stats_spinner;
     write_file(tools.file("go"), "");
     ASSERT_TRUE(wait_until([this] { return std::filesystem::exists(tools.file("end")); }));
     for (int i = 0; i < 20; ++i)
-        desk.frame();
+        panels.frame();
     EXPECT_TRUE(running());
     EXPECT_EQ(run().stats_locality[0], 0.0F);
-    EXPECT_EQ(desk.app().statistics.stats_spinner, turned);
-    desk.click("|");
+    EXPECT_EQ(panels.app().statistics.stats_spinner, turned);
+    panels.click("|");
     ASSERT_TRUE(finish());
     EXPECT_EQ(run().stats_locality[0], 0.5F);
 }
 
-TEST_F(StatisticsPanel, StaysWithTheMosaicOfTheClick)
+TEST_F(StatisticsPanel, MeasuresTheMosaicThatWasCurrentAtTheClick)
 {
     tools.put("plimb", "await " + tools.file("go") + " numbers 50 0.5");
-    desk.click("↻");
-    desk.app().mosaic.mosaic_index = 6;
+    panels.click("↻");
+    panels.app().mosaic.mosaic_index = 6;
     write_file(tools.file("go"), "");
     ASSERT_TRUE(finish());
     EXPECT_EQ(tools.arguments_of("plimb"), ".//_mosaics/0.mmv\n");
@@ -218,20 +218,20 @@ TEST_F(StatisticsPanel, StaysWithTheMosaicOfTheClick)
 
 TEST_F(StatisticsPanel, LabelsTheLocalityChart)
 {
-    desk.frame();
-    EXPECT_TRUE(desk.find(locality));
+    panels.frame();
+    EXPECT_TRUE(panels.find(locality));
     EXPECT_EQ(texts_below(chart().y + chart().h),
               (std::vector<std::string>{"k", "1", "16", "32", " "}));
     for (const char *label : {"1.0", "0.5", "0.0"})
-        EXPECT_TRUE(desk.find(label)) << label;
-    EXPECT_LT(desk.find("1.0")->y, desk.find("0.5")->y);
-    EXPECT_LT(desk.find("0.5")->y, desk.find("0.0")->y);
+        EXPECT_TRUE(panels.find(label)) << label;
+    EXPECT_LT(panels.find("1.0")->y, panels.find("0.5")->y);
+    EXPECT_LT(panels.find("0.5")->y, panels.find("0.0")->y);
 }
 
 TEST_F(StatisticsPanel, LabelsTheDirectionChart)
 {
     choose(locality, directions);
-    EXPECT_EQ(desk.app().statistics.stats_chart, 1);
+    EXPECT_EQ(panels.app().statistics.stats_chart, 1);
     EXPECT_EQ(
         texts_below(chart().y + chart().h),
         (std::vector<std::string>{"φ", "-5Ψ/6", "-3Ψ/4", "-2Ψ/3", "-Ψ/2", "-Ψ/3", "-Ψ/4", "-Ψ/6",
@@ -241,18 +241,18 @@ TEST_F(StatisticsPanel, LabelsTheDirectionChart)
 TEST_F(StatisticsPanel, LabelsTheChartOfMoves)
 {
     choose(locality, moves);
-    EXPECT_EQ(desk.app().statistics.stats_chart, 2);
+    EXPECT_EQ(panels.app().statistics.stats_chart, 2);
     EXPECT_EQ(texts_below(chart().y + chart().h), (std::vector<std::string>{"I", "Dark", "Light"}));
     choose(moves, locality);
-    EXPECT_EQ(desk.app().statistics.stats_chart, 0);
+    EXPECT_EQ(panels.app().statistics.stats_chart, 0);
 }
 
 TEST_F(StatisticsPanel, DrawsOneColumnForEachDirection)
 {
-    desk.app().statistics.stats_chart = 1;
+    panels.app().statistics.stats_chart = 1;
     for (std::size_t i = 0; i < 16; ++i)
         run().stats_directions[i] = static_cast<float>(i + 1) / 16.0F;
-    desk.frame();
+    panels.frame();
     const struct nk_rect area = chart();
     const std::vector<struct nk_rect> columns = values_drawn();
     ASSERT_EQ(columns.size(), 16U);
@@ -267,28 +267,28 @@ TEST_F(StatisticsPanel, DrawsOneColumnForEachDirection)
 
 TEST_F(StatisticsPanel, DrawsMarksAndJumpsAsTwoColumns)
 {
-    desk.app().statistics.stats_chart = 2;
+    panels.app().statistics.stats_chart = 2;
     run().stats_moves[0] = 1.0F;
     run().stats_moves[1] = 0.5F;
-    desk.frame();
+    panels.frame();
     const std::vector<struct nk_rect> columns = values_drawn();
     ASSERT_EQ(columns.size(), 2U);
     EXPECT_NEAR(columns[0].h, 2 * columns[1].h, 2);
-    EXPECT_NEAR(static_cast<float>(desk.find("Dark")->x), columns[0].x + columns[0].w / 2, 20);
-    EXPECT_NEAR(static_cast<float>(desk.find("Light")->x), columns[1].x + columns[1].w / 2, 20);
+    EXPECT_NEAR(static_cast<float>(panels.find("Dark")->x), columns[0].x + columns[0].w / 2, 20);
+    EXPECT_NEAR(static_cast<float>(panels.find("Light")->x), columns[1].x + columns[1].w / 2, 20);
 }
 
 TEST_F(StatisticsPanel, KeepsItsScaleWhateverTheFigures)
 {
     const auto scale = [this] {
-        desk.frame();
+        panels.frame();
         std::vector<int> rows;
         for (const char *label : {"1.0", "0.5", "0.0"})
-            rows.push_back(desk.find(label)->y);
+            rows.push_back(panels.find(label)->y);
         return rows;
     };
     for (const int chart : {0, 1, 2}) {
-        desk.app().statistics.stats_chart = chart;
+        panels.app().statistics.stats_chart = chart;
         std::ranges::fill(run().stats_locality, 0.0F);
         std::ranges::fill(run().stats_directions, 0.0F);
         std::ranges::fill(run().stats_moves, 0.0F);
@@ -302,34 +302,34 @@ TEST_F(StatisticsPanel, KeepsItsScaleWhateverTheFigures)
     }
 }
 
-TEST_F(StatisticsPanel, TellsTheValueUnderThePointer)
+TEST_F(StatisticsPanel, ShowsTheValueUnderThePointer)
 {
-    desk.app().statistics.stats_chart = 2;
+    panels.app().statistics.stats_chart = 2;
     run().stats_moves[0] = 1.0F;
     run().stats_moves[1] = 0.25F;
-    desk.frame();
-    EXPECT_FALSE(desk.find("0.250000"));
+    panels.frame();
+    EXPECT_FALSE(panels.find("0.250000"));
     const struct nk_rect column = values_drawn()[1];
-    desk.move({static_cast<int>(column.x + column.w / 2), static_cast<int>(column.y + 5)});
-    desk.frame();
-    desk.frame();
-    EXPECT_TRUE(desk.find("0.250000"));
+    panels.move({static_cast<int>(column.x + column.w / 2), static_cast<int>(column.y + 5)});
+    panels.frame();
+    panels.frame();
+    EXPECT_TRUE(panels.find("0.250000"));
     EXPECT_EQ(values_drawn(217, 166, 115).size(), 1U) << "the column under the pointer";
 }
 
-TEST_F(StatisticsPanel, TellsALocalityPointsValue)
+TEST_F(StatisticsPanel, ShowsALocalityPointsValue)
 {
     for (float &value : run().stats_locality)
         value = 0.5F;
     run().stats_locality[7] = 0.25F;
-    desk.frame();
+    panels.frame();
     const std::vector<struct nk_rect> points = values_drawn();
     ASSERT_EQ(points.size(), 32U);
-    desk.move({static_cast<int>(points[7].x + points[7].w / 2),
-               static_cast<int>(points[7].y + points[7].h / 2)});
-    desk.frame();
-    desk.frame();
-    EXPECT_TRUE(desk.find("0.250000"));
+    panels.move({static_cast<int>(points[7].x + points[7].w / 2),
+                 static_cast<int>(points[7].y + points[7].h / 2)});
+    panels.frame();
+    panels.frame();
+    EXPECT_TRUE(panels.find("0.250000"));
 }
 
 TEST_F(StatisticsPanel, SurvivesWhatIsNoOrdinaryNumber)
@@ -338,10 +338,10 @@ TEST_F(StatisticsPanel, SurvivesWhatIsNoOrdinaryNumber)
     ASSERT_TRUE(measure());
     EXPECT_TRUE(std::isnan(run().stats_locality[0]));
     for (int index = 0; index < 3; ++index) {
-        desk.app().statistics.stats_chart = index;
+        panels.app().statistics.stats_chart = index;
         for (int x = 0; x < 1600; x += 50) {
-            desk.move({x, 300});
-            desk.frame();
+            panels.move({x, 300});
+            panels.frame();
         }
     }
 }

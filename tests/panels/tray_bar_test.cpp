@@ -1,5 +1,5 @@
 // The bar at the top and the editor: opening, saving, deleting, choosing.
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/scratch.hpp"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::has_flag;
 
 // So many bytes, in lines.
@@ -28,8 +28,8 @@ protected:
     {
         sources = place.file("src");
         std::filesystem::create_directories(sources);
-        desk.app().bar.source_directory = sources.c_str();
-        vimbo::initialise_panels(desk.app());
+        panels.app().bar.source_directory = sources.c_str();
+        vimbo::initialise_panels(panels.app());
     }
 
     std::string source(const std::string &name) const
@@ -39,65 +39,65 @@ protected:
 
     void pick(std::string_view label, std::string_view item)
     {
-        desk.click(label);
-        desk.click(item);
+        panels.click(label);
+        panels.click(item);
     }
 
     std::string text()
     {
-        return desk.app().editor.source_text;
+        return panels.app().editor.source_text;
     }
 
     std::string open_path()
     {
-        return desk.app().bar.source_path;
+        return panels.app().bar.source_path;
     }
 
     bool flagged(std::uint32_t bit)
     {
-        return has_flag(desk.app().frame.ui_flags, bit);
+        return has_flag(panels.app().frame.ui_flags, bit);
     }
 
     bool asks_for_the_mosaic()
     {
-        return has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic);
+        return has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic);
     }
 
     const scratch_directory place;
     std::string sources;
-    panel_bench desk;
+    panel_rig panels;
 };
 
 TEST_F(TrayBar, StartsWithNothingOpen)
 {
-    desk.frame();
-    EXPECT_TRUE(desk.find("--"));
-    EXPECT_TRUE(desk.find("X"));
-    EXPECT_TRUE(desk.find("+"));
-    EXPECT_TRUE(desk.find("0"));
+    panels.frame();
+    EXPECT_TRUE(panels.find("--"));
+    EXPECT_TRUE(panels.find("X"));
+    EXPECT_TRUE(panels.find("+"));
+    EXPECT_TRUE(panels.find("0"));
     EXPECT_EQ(text(), "");
     EXPECT_EQ(open_path(), sources + "/--");
 }
 
 TEST_F(TrayBar, QuitsAtAPressOfX)
 {
-    desk.frame();
-    const point at = *desk.find("X");
-    desk.move(at);
-    desk.frame();
-    EXPECT_FALSE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::quit));
-    desk.press(at);
-    desk.frame();
-    EXPECT_TRUE(has_flag(desk.app().frame.frame_flags, vimbo::frame_flag::quit));
+    panels.frame();
+    const point at = *panels.find("X");
+    panels.move(at);
+    panels.frame();
+    EXPECT_FALSE(has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::quit));
+    panels.press(at);
+    panels.frame();
+    EXPECT_TRUE(has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::quit));
 }
 
 TEST_F(TrayBar, LabelsTheQuitButtonByItsFlagWhichIsKept)
 {
-    desk.app().frame.frame_flags = vimbo::frame_flag::return_label | vimbo::frame_flag::quit;
-    desk.frame();
-    EXPECT_TRUE(desk.find("↩"));
-    EXPECT_FALSE(desk.find("X"));
-    EXPECT_EQ(desk.app().frame.frame_flags, vimbo::frame_flag::return_label);
+    panels.app().frame.frame_flags = vimbo::frame_flag::return_label | vimbo::frame_flag::quit;
+    panels.frame();
+    EXPECT_TRUE(panels.find("↩"));
+    EXPECT_FALSE(panels.find("X"));
+    EXPECT_EQ(panels.app().frame.frame_flags, vimbo::frame_flag::return_label);
 }
 
 TEST_F(TrayBar, OpensThePickedSourceWithItsLineFeeds)
@@ -105,9 +105,9 @@ TEST_F(TrayBar, OpensThePickedSourceWithItsLineFeeds)
     write_file(source("a.txt"), "one\n\ttwo\nµm\n");
     pick("--", "a.txt");
     EXPECT_EQ(open_path(), source("a.txt"));
-    desk.frame();
-    EXPECT_TRUE(desk.find("a.txt"));
-    EXPECT_EQ(std::string(desk.app().editor.load_buffer), "one\n\ttwo\nµm\n");
+    panels.frame();
+    EXPECT_TRUE(panels.find("a.txt"));
+    EXPECT_EQ(std::string(panels.app().editor.load_buffer), "one\n\ttwo\nµm\n");
     EXPECT_EQ(text(), "one\n\ttwo\nµm") << "one byte more than characters, so one byte is cut";
 }
 
@@ -115,12 +115,12 @@ TEST_F(TrayBar, ListsFilesOfTheWholeTreeButNoDirectories)
 {
     write_file(source("a.txt"), "");
     write_file(source("deep/er/b.txt"), "b");
-    desk.click("--");
-    EXPECT_TRUE(desk.find("a.txt"));
-    EXPECT_TRUE(desk.find("b.txt"));
-    EXPECT_FALSE(desk.find("deep"));
-    EXPECT_FALSE(desk.find("er"));
-    desk.click("b.txt");
+    panels.click("--");
+    EXPECT_TRUE(panels.find("a.txt"));
+    EXPECT_TRUE(panels.find("b.txt"));
+    EXPECT_FALSE(panels.find("deep"));
+    EXPECT_FALSE(panels.find("er"));
+    panels.click("b.txt");
     EXPECT_EQ(open_path(), source("deep/er/b.txt"));
 }
 
@@ -129,17 +129,17 @@ TEST_F(TrayBar, DoesNotReadTheOpenFileAgain)
     write_file(source("a.txt"), "before");
     pick("--", "a.txt");
     write_file(source("a.txt"), "behind");
-    desk.click("a.txt");
-    desk.click("a.txt", 1);
+    panels.click("a.txt");
+    panels.click("a.txt", 1);
     EXPECT_EQ(text(), "before");
 }
 
-TEST_F(TrayBar, BringsTheFileBeforeWhenThePickedOneCannotBeOpened)
+TEST_F(TrayBar, BringsBackTheFormerFileWhenThePickedOneCannotBeOpened)
 {
     write_file(source("a.txt"), "text of a");
     pick("--", "a.txt");
-    vimbo::open_source(desk.app().bar, desk.app().editor, source("gone.txt").c_str());
-    desk.frame();
+    vimbo::open_source(panels.app().bar, panels.app().editor, source("gone.txt").c_str());
+    panels.frame();
     EXPECT_EQ(open_path(), source("gone.txt"));
     EXPECT_EQ(text(), "text of a");
 }
@@ -156,8 +156,8 @@ TEST_F(TrayBar, CutsASourceAt65536Bytes)
     for (const std::size_t size : {65535, 65536, 65537, 200000}) {
         const std::string name = std::to_string(size);
         write_file(source(name), lines(size));
-        vimbo::open_source(desk.app().bar, desk.app().editor, source(name).c_str());
-        desk.frame();
+        vimbo::open_source(panels.app().bar, panels.app().editor, source(name).c_str());
+        panels.frame();
         EXPECT_EQ(text().size(), std::min<std::size_t>(size, 65536)) << size;
     }
 }
@@ -180,18 +180,18 @@ TEST_F(TrayBar, SavesUnderATypedNameInTheOpenFilesFolder)
 {
     write_file(source("sub/a.txt"), "the text");
     pick("--", "a.txt");
-    desk.click("+");
+    panels.click("+");
     EXPECT_TRUE(flagged(vimbo::ui_flag::save_as_mode));
-    desk.frame();
-    EXPECT_FALSE(desk.find("+"));
-    EXPECT_TRUE(desk.find("!"));
-    desk.click("a.txt");
-    desk.key(NK_KEY_TEXT_LINE_END);
-    desk.frame();
-    desk.type("2");
-    desk.frame();
-    desk.key(NK_KEY_ENTER);
-    desk.frame();
+    panels.frame();
+    EXPECT_FALSE(panels.find("+"));
+    EXPECT_TRUE(panels.find("!"));
+    panels.click("a.txt");
+    panels.key(NK_KEY_TEXT_LINE_END);
+    panels.frame();
+    panels.type("2");
+    panels.frame();
+    panels.key(NK_KEY_ENTER);
+    panels.frame();
     EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
     EXPECT_EQ(open_path(), source("sub/a.txt2"));
     EXPECT_EQ(read_file(source("sub/a.txt2")), "the text");
@@ -202,23 +202,23 @@ TEST_F(TrayBar, ChangesNothingWhenSaveAsIsLeft)
 {
     write_file(source("a.txt"), "the text");
     pick("--", "a.txt");
-    desk.click("+");
-    desk.click("!");
+    panels.click("+");
+    panels.click("!");
     EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
     EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
     EXPECT_EQ(open_path(), source("a.txt"));
 }
 
-TEST_F(TrayBar, TellsWhenItCouldNotSave)
+TEST_F(TrayBar, ReportsThatItCouldNotSave)
 {
     write_file(source("a.txt"), "the text");
     pick("--", "a.txt");
     std::filesystem::remove_all(sources);
-    desk.click("+");
-    desk.click("a.txt");
+    panels.click("+");
+    panels.click("a.txt");
     testing::internal::CaptureStderr();
-    desk.key(NK_KEY_ENTER);
-    desk.frame();
+    panels.key(NK_KEY_ENTER);
+    panels.frame();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "error: unable to save.\n");
     EXPECT_FALSE(flagged(vimbo::ui_flag::save_as_mode));
     EXPECT_EQ(text(), "the text");
@@ -229,10 +229,10 @@ TEST_F(TrayBar, DeletesAtTheSecondPress)
 {
     write_file(source("a.txt"), "the text");
     pick("--", "a.txt");
-    desk.click("-");
+    panels.click("-");
     EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
     EXPECT_TRUE(std::filesystem::exists(source("a.txt")));
-    desk.click("!");
+    panels.click("!");
     EXPECT_FALSE(std::filesystem::exists(source("a.txt")));
     EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
     EXPECT_EQ(open_path(), "-");
@@ -243,19 +243,19 @@ TEST_F(TrayBar, ShowsNoNameAfterADeletion)
 {
     write_file(source("a.txt"), "the text");
     pick("--", "a.txt");
-    desk.frame();
-    ASSERT_TRUE(desk.find("a.txt"));
-    desk.click("-");
-    desk.click("!");
-    desk.frame();
-    EXPECT_FALSE(desk.find("a.txt"));
-    EXPECT_FALSE(desk.find("--"));
+    panels.frame();
+    ASSERT_TRUE(panels.find("a.txt"));
+    panels.click("-");
+    panels.click("!");
+    panels.frame();
+    EXPECT_FALSE(panels.find("a.txt"));
+    EXPECT_FALSE(panels.find("--"));
 }
 
 TEST_F(TrayBar, StaysArmedForThreeWholeSecondsAndNoLonger)
 {
-    vimbo::frame_state &frame = desk.app().frame;
-    vimbo::tray_bar_state &bar = desk.app().bar;
+    vimbo::frame_state &frame = panels.app().frame;
+    vimbo::tray_bar_state &bar = panels.app().bar;
     vimbo::press_delete(frame, bar, 1000);
     vimbo::lapse_delete(frame, bar, 1003);
     EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
@@ -267,20 +267,20 @@ TEST_F(TrayBar, ArmsAnewAfterItsLapse)
 {
     write_file(source("a.txt"), "the text");
     pick("--", "a.txt");
-    desk.click("-");
-    desk.app().bar.delete_armed_at = std::time(nullptr) - 4;
-    desk.frame();
-    EXPECT_FALSE(desk.find("!"));
-    desk.click("-");
+    panels.click("-");
+    panels.app().bar.delete_armed_at = std::time(nullptr) - 4;
+    panels.frame();
+    EXPECT_FALSE(panels.find("!"));
+    panels.click("-");
     EXPECT_TRUE(flagged(vimbo::ui_flag::delete_armed));
     EXPECT_TRUE(std::filesystem::exists(source("a.txt")));
 }
 
 TEST_F(TrayBar, ForgetsTheFileThoughItCouldNotBeRemoved)
 {
-    vimbo::frame_state &frame = desk.app().frame;
-    vimbo::press_delete(frame, desk.app().bar, 1000);
-    vimbo::press_delete(frame, desk.app().bar, 1001);
+    vimbo::frame_state &frame = panels.app().frame;
+    vimbo::press_delete(frame, panels.app().bar, 1000);
+    vimbo::press_delete(frame, panels.app().bar, 1001);
     EXPECT_EQ(open_path(), "-");
     EXPECT_FALSE(flagged(vimbo::ui_flag::delete_armed));
 }
@@ -290,15 +290,15 @@ TEST_F(TrayBar, ListsTheDirectoriesBesideTheTray)
     for (const char *name : {"trays/one/_mosaics", "trays/two"})
         std::filesystem::create_directories(place.file(name));
     write_file(place.file("trays/file"), "");
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, place.file("trays/one").c_str());
-    desk.click("one");
-    EXPECT_TRUE(desk.find("two"));
-    EXPECT_TRUE(desk.find("_mosaics"));
-    EXPECT_FALSE(desk.find("file"));
-    EXPECT_FALSE(desk.find("trays"));
-    desk.click("two");
-    EXPECT_EQ(desk.app().mosaic.tray_directory, place.file("trays/two"));
-    EXPECT_EQ(desk.app().mosaic.mosaic_path, place.file("trays/two") + "/_mosaics/0.mmv");
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, place.file("trays/one").c_str());
+    panels.click("one");
+    EXPECT_TRUE(panels.find("two"));
+    EXPECT_TRUE(panels.find("_mosaics"));
+    EXPECT_FALSE(panels.find("file"));
+    EXPECT_FALSE(panels.find("trays"));
+    panels.click("two");
+    EXPECT_EQ(panels.app().mosaic.tray_directory, place.file("trays/two"));
+    EXPECT_EQ(panels.app().mosaic.mosaic_path, place.file("trays/two") + "/_mosaics/0.mmv");
 }
 
 TEST_F(TrayBar, ListsEveryDirectoryUnderTheWorkingOneByDefault)
@@ -307,58 +307,58 @@ TEST_F(TrayBar, ListsEveryDirectoryUnderTheWorkingOneByDefault)
         std::filesystem::create_directories(place.file(name));
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(place.file("here"));
-    desk.frame();
+    panels.frame();
     // The tray's picker has no name on it; its list opens from its arrow's left.
-    const point chooser = *desk.find("0");
-    desk.click({chooser.x - 60, chooser.y});
+    const point chooser = *panels.find("0");
+    panels.click({chooser.x - 60, chooser.y});
     for (const char *listed : {"one", "_mosaics", "two"})
-        EXPECT_TRUE(desk.find(listed)) << listed;
+        EXPECT_TRUE(panels.find(listed)) << listed;
     for (const char *left_out : {".", "./", "here"})
-        EXPECT_FALSE(desk.find(left_out)) << left_out;
+        EXPECT_FALSE(panels.find(left_out)) << left_out;
     std::filesystem::current_path(before);
 }
 
-TEST_F(TrayBar, AsksForTheMosaicWhenTheTrayChangesButNotForTheSame)
+TEST_F(TrayBar, RequestsAReloadForAnotherTrayButNotForTheSame)
 {
-    vimbo::frame_state &frame = desk.app().frame;
-    vimbo::choose_tray(frame, desk.app().mosaic, "./");
+    vimbo::frame_state &frame = panels.app().frame;
+    vimbo::choose_tray(frame, panels.app().mosaic, "./");
     EXPECT_FALSE(asks_for_the_mosaic());
-    vimbo::choose_tray(frame, desk.app().mosaic, "./other");
+    vimbo::choose_tray(frame, panels.app().mosaic, "./other");
     EXPECT_TRUE(asks_for_the_mosaic());
-    EXPECT_STREQ(desk.app().mosaic.mosaic_path, "./other/_mosaics/0.mmv");
+    EXPECT_STREQ(panels.app().mosaic.mosaic_path, "./other/_mosaics/0.mmv");
 }
 
 TEST_F(TrayBar, TakesATrayOf255BytesAndNoLongerOne)
 {
     const std::string longest(255, 't');
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, longest.c_str());
-    EXPECT_EQ(desk.app().mosaic.tray_directory, longest);
-    EXPECT_EQ(desk.app().mosaic.mosaic_path, longest + "/_mosaics/0.mmv");
-    desk.app().frame.frame_flags = 0;
-    vimbo::choose_tray(desk.app().frame, desk.app().mosaic, std::string(256, 'u').c_str());
-    EXPECT_EQ(desk.app().mosaic.tray_directory, longest);
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, longest.c_str());
+    EXPECT_EQ(panels.app().mosaic.tray_directory, longest);
+    EXPECT_EQ(panels.app().mosaic.mosaic_path, longest + "/_mosaics/0.mmv");
+    panels.app().frame.frame_flags = 0;
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, std::string(256, 'u').c_str());
+    EXPECT_EQ(panels.app().mosaic.tray_directory, longest);
     EXPECT_FALSE(asks_for_the_mosaic());
 }
 
 TEST_F(TrayBar, ChoosesEachOfEightMosaics)
 {
-    desk.click("0");
+    panels.click("0");
     for (const char *name : {"1", "2", "3", "4", "5", "6", "7"})
-        EXPECT_TRUE(desk.find(name)) << name;
-    EXPECT_FALSE(desk.find("8"));
-    const point at = *desk.find("7");
-    desk.move(at);
-    desk.frame();
-    desk.press(at);
-    desk.frame();
-    desk.release(at);
+        EXPECT_TRUE(panels.find(name)) << name;
+    EXPECT_FALSE(panels.find("8"));
+    const point at = *panels.find("7");
+    panels.move(at);
+    panels.frame();
+    panels.press(at);
+    panels.frame();
+    panels.release(at);
     bool asked = asks_for_the_mosaic();
-    desk.frame();
+    panels.frame();
     asked = asked || asks_for_the_mosaic();
     EXPECT_TRUE(asked);
-    EXPECT_EQ(desk.app().mosaic.mosaic_index, 7);
-    EXPECT_STREQ(desk.app().mosaic.mosaic_path, ".//_mosaics/7.mmv");
-    desk.frame();
+    EXPECT_EQ(panels.app().mosaic.mosaic_index, 7);
+    EXPECT_STREQ(panels.app().mosaic.mosaic_path, ".//_mosaics/7.mmv");
+    panels.frame();
     EXPECT_FALSE(asks_for_the_mosaic()) << "the request lives for one frame";
 }
 
@@ -368,18 +368,18 @@ protected:
     void open(const std::string &content)
     {
         write_file(source("a.txt"), content);
-        vimbo::open_source(desk.app().bar, desk.app().editor, source("a.txt").c_str());
-        desk.frame();
-        const point toggle = *desk.find("|");
-        desk.click({toggle.x / 2, toggle.y});
-        desk.key(NK_KEY_TEXT_END);
-        desk.frame();
+        vimbo::open_source(panels.app().bar, panels.app().editor, source("a.txt").c_str());
+        panels.frame();
+        const point toggle = *panels.find("|");
+        panels.click({toggle.x / 2, toggle.y});
+        panels.key(NK_KEY_TEXT_END);
+        panels.frame();
     }
 
     void type(const std::string &typed)
     {
-        desk.type(typed);
-        desk.frame();
+        panels.type(typed);
+        panels.frame();
     }
 };
 
@@ -387,8 +387,8 @@ TEST_F(Editor, TakesWhatIsTyped)
 {
     open("one\n");
     type("two");
-    desk.key(NK_KEY_ENTER);
-    desk.frame();
+    panels.key(NK_KEY_ENTER);
+    panels.frame();
     type("x");
     EXPECT_EQ(text(), "one\ntwo\nx");
 }
@@ -404,14 +404,14 @@ TEST_F(Editor, CutsAsManyBytesAsATextHasMoreThanCharacters)
     EXPECT_EQ(text(), "abcdé\xc3");
 }
 
-TEST_F(Editor, LosesNothingOfSuchATextByTypingOn)
+TEST_F(Editor, KeepsTheWholeOfSuchATextWhileTypingGoesOn)
 {
     open("µµµµ");
     EXPECT_EQ(text(), "µµ");
     for (int i = 0; i < 5; ++i)
-        desk.frame();
-    desk.key(NK_KEY_TEXT_END);
-    desk.frame();
+        panels.frame();
+    panels.key(NK_KEY_TEXT_END);
+    panels.frame();
     type("abcd");
     EXPECT_EQ(text(), "µµµµ");
 }

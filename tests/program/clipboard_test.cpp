@@ -1,12 +1,12 @@
 // What other programs have in the desktop's clipboard, and how it gets into the
 // editor.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
 #include "tests/support/clipboard_owner.hpp"
 
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 // So many bytes, in lines that differ.
 std::string numbered_lines(std::size_t bytes)
@@ -18,7 +18,7 @@ std::string numbered_lines(std::size_t bytes)
     return text;
 }
 
-class Clipboard : public ProgramTest
+class Clipboard : public ProgramRig
 {
 protected:
     // Starts the program and pastes behind the source's own text, "here: ".
@@ -26,8 +26,8 @@ protected:
     {
         write_file(source("a.txt"), "here: ");
         start({.bottom = true});
-        hand->choose("--", "a.txt");
-        screen->click(hand->editor());
+        driver->choose("--", "a.txt");
+        screen->click(driver->editor());
         screen->key("End");
         paste();
     }
@@ -91,7 +91,7 @@ TEST_F(Clipboard, PastesALargeTextWholeOrInPieces)
     put({.text = large});
     paste();
     EXPECT_TRUE(evaluated_text() == "here: " + large);
-    screen->click(hand->editor());
+    screen->click(driver->editor());
     screen->key("ctrl+a");
     put({.text = large, .piece = 4000});
     paste();
@@ -132,7 +132,7 @@ TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangs)
     EXPECT_EQ(evaluated_text(), "here: ");
     EXPECT_EQ(owner->requests(), 2);
     put({.text = "seen"});
-    screen->click(hand->editor());
+    screen->click(driver->editor());
     screen->key("End");
     paste();
     EXPECT_EQ(evaluated_text(), "here: seen");
@@ -175,7 +175,7 @@ TEST_F(Clipboard, LeavesTheProgramsTextToTheManagerAtTheEnd)
     EXPECT_TRUE(owner->kept_text() == "here: " + large);
 }
 
-TEST_F(Clipboard, DoesNotHoldTheEndUpWhereTheManagerHangs)
+TEST_F(Clipboard, DoesNotDelayTheEndWhereTheManagerHangs)
 {
     start_and_paste();
     screen->key("ctrl+a");

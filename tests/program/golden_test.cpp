@@ -1,8 +1,9 @@
 // What each panel looks like, beside pictures that were looked at and stored.
 // scripts/golden draws them anew.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
 #include "tests/support/child_watch.hpp"
 #include "tests/support/golden.hpp"
+#include "tests/support/wait.hpp"
 
 #include <cstdlib>
 #include <iostream>
@@ -10,7 +11,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 struct picture_place {
     int x, y, width, height;
@@ -22,7 +23,7 @@ std::string compared_path(const std::string &name)
     return VIMBO_GOLDEN_BUILD "/" + name + "-compared.png";
 }
 
-class Golden : public ProgramTest
+class Golden : public ProgramRig
 {
 protected:
     // With the pointer where it changes nothing that is drawn.
@@ -75,7 +76,7 @@ protected:
     }
 };
 
-TEST_F(Golden, TrayBarAndEditor)
+TEST_F(Golden, TrayBarAndEditorLookAsStored)
 {
     write_file(source("rose.lua"), "-- five petals, each 40 µm wide\n"
                                    "for i = 0, 4 do\n"
@@ -83,20 +84,20 @@ TEST_F(Golden, TrayBarAndEditor)
                                    "\tmark(math.cos(i), math.sin(i)) -- a tab in front\n"
                                    "end\n");
     start({.width = 720, .height = 260});
-    hand->choose("--", "rose.lua");
-    hand->choose_mosaic(5);
+    driver->choose("--", "rose.lua");
+    driver->choose_mosaic(5);
     EXPECT_TRUE(looks_right("tray-bar-and-editor", {0, 0, 720, 260}));
-    hand->toggle("+");
+    driver->toggle("+");
     EXPECT_TRUE(looks_right("save-as", {0, 0, 720, 44}));
     expect_good_end();
 }
 
-TEST_F(Golden, Evaluation)
+TEST_F(Golden, EvaluationLooksAsStored)
 {
     tools.put("mero", "await " + place.file("go") + " say 'moves: 12\\nextent: 4.5 x 3 mm' exit 3");
     start({.width = 640, .height = 900, .bottom = true});
-    hand->press("Center");
-    hand->press("Evaluate");
+    driver->press("Center");
+    driver->press("Evaluate");
     awaited_arguments("mero");
     // Until the line is full and its last character turns: each time lets more
     // than one frame go by, and each frame adds one character.
@@ -108,7 +109,7 @@ TEST_F(Golden, Evaluation)
     expect_good_end();
 }
 
-TEST_F(Golden, Statistics)
+TEST_F(Golden, StatisticsLookAsStored)
 {
     std::string figures;
     const auto print = [&figures](double figure) {
@@ -122,14 +123,14 @@ TEST_F(Golden, Statistics)
     print(0.25);
     tools.put("plimb", figures);
     start({.width = 1200, .height = 650, .statistics = true});
-    hand->press("↻");
+    driver->press("↻");
     awaited_arguments("plimb");
     await_tools();
     const picture_place panel = {580, 40, 620, 560};
     EXPECT_TRUE(looks_right("statistics-locality", panel));
-    hand->choose_starting("Locality", "Mark directions");
+    driver->choose_starting("Locality", "Mark directions");
     EXPECT_TRUE(looks_right("statistics-directions", panel));
-    hand->choose_starting("Mark directions", "Mark / jump");
+    driver->choose_starting("Mark directions", "Mark / jump");
     EXPECT_TRUE(looks_right("statistics-moves", panel));
     expect_good_end();
 }
@@ -162,7 +163,7 @@ std::string picture_mosaic()
     return mosaic_bytes(points);
 }
 
-TEST_F(Golden, Preview)
+TEST_F(Golden, PreviewLooksAsStored)
 {
     write_file(mosaic(0), picture_mosaic());
     start({.width = 800, .height = 1200, .preview = true});

@@ -1,12 +1,12 @@
 // The editor's keys, pressed on a real keyboard.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
 
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
-class Keys : public ProgramTest
+class Keys : public ProgramRig
 {
 protected:
     // The source is open, and the cursor stands at its end.
@@ -14,8 +14,8 @@ protected:
     {
         write_file(source("a.txt"), text);
         start({.bottom = true});
-        hand->choose("--", "a.txt");
-        screen->click(hand->editor());
+        driver->choose("--", "a.txt");
+        screen->click(driver->editor());
         screen->key("End");
     }
 
@@ -40,7 +40,7 @@ TEST_F(Keys, ControlXCutsAndControlVPutsItBack)
     edit("one\ntwo");
     press({"ctrl+a", "ctrl+x"});
     EXPECT_EQ(evaluated_text(), "");
-    screen->click(hand->editor());
+    screen->click(driver->editor());
     press({"ctrl+v", "ctrl+v"});
     EXPECT_EQ(evaluated_text(), "one\ntwoone\ntwo");
     expect_good_end();
@@ -71,10 +71,10 @@ TEST_F(Keys, ControlZTakesAnEditBackAndThreeKeysBringItAgain)
     for (const std::string_view redo : {"ctrl+r", "ctrl+y", "ctrl+shift+z"}) {
         press({"ctrl+z"});
         EXPECT_EQ(evaluated_text(), "one") << redo;
-        screen->click(hand->editor());
+        screen->click(driver->editor());
         press({redo});
         EXPECT_EQ(evaluated_text(), "onex") << redo;
-        screen->click(hand->editor());
+        screen->click(driver->editor());
     }
     expect_good_end();
 }
@@ -87,7 +87,7 @@ TEST_F(Keys, ControlZBringsADeletedSourceBackWhole)
     edit(text);
     press({"ctrl+a", "Delete"});
     EXPECT_EQ(evaluated_text(), "");
-    screen->click(hand->editor());
+    screen->click(driver->editor());
     press({"ctrl+z"});
     EXPECT_EQ(evaluated_text(), text);
     expect_good_end();
@@ -154,11 +154,11 @@ TEST_F(Keys, FollowTheLettersOfTheirLayout)
     expect_good_end();
 }
 
-TEST_F(Keys, AMousesFurtherButtonsDoNothing)
+TEST_F(Keys, AndTheFurtherButtonsOfAMouseDoNothing)
 {
     edit("one");
     tools.put("mero", "exit 0");
-    const point at = hand->place_of("Evaluate");
+    const point at = driver->place_of("Evaluate");
     for (const int button : {8, 9})
         screen->click(at, button);
     EXPECT_FALSE(std::filesystem::exists(tools.file("mero.arguments")));

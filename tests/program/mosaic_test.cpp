@@ -1,5 +1,6 @@
 // Which mosaic is shown, when it is read again, and how the picture is moved.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
+#include "tests/support/wait.hpp"
 
 #include <sys/stat.h>
 
@@ -9,9 +10,9 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
-class Mosaic : public ProgramTest
+class Mosaic : public ProgramRig
 {
 };
 
@@ -34,24 +35,24 @@ TEST_F(Mosaic, ThatIsMissingOrBrokenShowsNothingAndSaysNothing)
     write_file(mosaic(6), mosaic_bytes(16, std::uint64_t{1} << 60, square_mosaic(40)));
     write_file(source("a.txt"), "the text");
     start({.preview = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     EXPECT_TRUE(shows(outline_colour, 400));
     EXPECT_EQ(count_in_picture(mark_colour), 0);
-    hand->choose_mosaic(3);
+    driver->choose_mosaic(3);
     EXPECT_TRUE(shows(mark_colour, 400));
     for (const int broken : {1, 2, 4, 5, 6, 7}) {
-        hand->choose_mosaic(3);
+        driver->choose_mosaic(3);
         EXPECT_TRUE(shows(mark_colour, 400));
-        hand->choose_mosaic(broken);
+        driver->choose_mosaic(broken);
         EXPECT_TRUE(shows_none(mark_colour)) << "mosaic " << broken;
     }
     // Text, tray and open file are as they were: the last is what "-" deletes.
     EXPECT_EQ(evaluated_text(), "the text");
     std::filesystem::remove(tools.file("mero.arguments"));
-    hand->press("Integrate");
+    driver->press("Integrate");
     EXPECT_EQ(awaited_arguments("mero"), "-s\n35.000000\n/tmp//vimbo\n" + mosaic(7) + "\n");
-    hand->press("-");
-    hand->press("-");
+    driver->press("-");
+    driver->press("-");
     EXPECT_TRUE(wait_until([&] { return !std::filesystem::exists(source("a.txt")); }));
     expect_good_end();
 }
@@ -61,10 +62,10 @@ TEST_F(Mosaic, SevenIsShownWhenItIsChosen)
     write_file(mosaic(7), square_mosaic(40));
     start({.preview = true});
     EXPECT_EQ(count_in_picture(mark_colour), 0);
-    hand->choose_mosaic(7);
+    driver->choose_mosaic(7);
     EXPECT_TRUE(shows(mark_colour, 400));
     tools.put("mero", "exit 0");
-    hand->press("Integrate");
+    driver->press("Integrate");
     EXPECT_EQ(awaited_arguments("mero"), "-s\n35.000000\n/tmp//vimbo\n" + mosaic(7) + "\n");
     expect_good_end();
 }
@@ -77,7 +78,7 @@ TEST_F(Mosaic, ThatChangesOnDiskIsShownAtTheNextReload)
         screen->settle();
     EXPECT_EQ(count_in_picture(mark_colour), 0) << "nothing watches the file";
     tools.put("mero", "exit 1");
-    hand->press("Evaluate");
+    driver->press("Evaluate");
     EXPECT_TRUE(shows(mark_colour, 400)) << "the end of a run reads it again";
     expect_good_end();
 }
@@ -87,9 +88,9 @@ TEST_F(Mosaic, ComesFromTheChosenTray)
     write_file(mosaic(0, "other"), square_mosaic(40));
     start({.preview = true});
     EXPECT_EQ(count_in_picture(mark_colour), 0);
-    hand->choose("tray", "other");
+    driver->choose("tray", "other");
     EXPECT_TRUE(shows(mark_colour, 400));
-    hand->choose("other", "tray");
+    driver->choose("other", "tray");
     EXPECT_TRUE(shows_none(mark_colour));
     expect_good_end();
 }
@@ -120,9 +121,9 @@ TEST_F(Mosaic, LiesBelowAnOpenList)
     start({.preview = true});
     ASSERT_TRUE(shows(mark_colour, 400));
     const image before = screen->screenshot();
-    hand->toggle("tray");
-    const struct nk_rect picture = hand->picture();
-    struct nk_rect list = hand->panels().app().frame.context->begin->popup.win->bounds;
+    driver->toggle("tray");
+    const struct nk_rect picture = driver->picture();
+    struct nk_rect list = driver->panels().app().frame.context->begin->popup.win->bounds;
     // The line around it lies half outside; a list of items is a pixel lower.
     list = {std::floor(list.x) - 1, std::floor(list.y) - 1, std::floor(list.w) + 2, list.h + 1};
     ASSERT_GT(list.y + list.h, picture.y + 100) << "the list reaches into the picture";
@@ -134,7 +135,7 @@ TEST_F(Mosaic, LiesBelowAnOpenList)
     EXPECT_EQ(differing_pixels(before, open, shared), covered) << "the list is seen through";
     EXPECT_EQ(differing_pixels(before, open, picture), covered) << "the picture beside it changed";
     // Closed again, with nothing chosen.
-    hand->toggle("tray");
+    driver->toggle("tray");
     EXPECT_TRUE(wait_until([&] {
         return count_in_picture(picture_background) > 0 &&
                screen->screenshot().pixels == before.pixels;
@@ -147,22 +148,22 @@ TEST_F(Mosaic, IsDrawnNoMoreWhileThePreviewIsHidden)
     write_file(mosaic(0), square_mosaic(40));
     start({.preview = true});
     EXPECT_TRUE(shows(mark_colour, 400));
-    const struct nk_rect area = hand->picture();
-    hand->show_preview(); // its toggle
+    const struct nk_rect area = driver->picture();
+    driver->show_preview(); // its toggle
     EXPECT_TRUE(wait_until([&] { return count(area, picture_background) == 0; }));
-    hand->show_preview();
+    driver->show_preview();
     EXPECT_TRUE(shows(mark_colour, 400));
     expect_good_end();
 }
 
-class View : public ProgramTest
+class View : public ProgramRig
 {
 protected:
     void SetUp() override
     {
         write_file(mosaic(0), square_mosaic(30));
         start({.more = {"-e", "0,0,0"}, .preview = true});
-        area = hand->picture();
+        area = driver->picture();
         centre = {static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)};
         screen->move(centre);
         screen->settle();
@@ -251,10 +252,10 @@ TEST_F(Mosaic, ThatTakesManyFramesToDrawIsShownWholeWhileTheWindowGoesOn)
     points.push_back({40 * mm, 45 * mm + 1});
     write_file(mosaic(1), mosaic_bytes(points));
     start({.preview = true});
-    hand->choose_mosaic(1);
+    driver->choose_mosaic(1);
     screen->settle();
     EXPECT_GT(screen->count_redraws(window, std::chrono::seconds(1)), 1);
-    const struct nk_rect area = hand->picture();
+    const struct nk_rect area = driver->picture();
     const struct nk_rect upper = nk_rect(area.x, area.y, area.w, area.h / 2 - 60);
     EXPECT_TRUE(wait_until([&] { return count(upper, mark_colour) > 100; }));
     EXPECT_GT(count_in_picture(mark_colour), 10000);

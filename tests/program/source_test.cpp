@@ -1,5 +1,6 @@
 // Source files: opening, editing, saving under a name, deleting.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
+#include "tests/support/wait.hpp"
 
 #include <cmath>
 #include <thread>
@@ -7,14 +8,14 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
-class Source : public ProgramTest
+class Source : public ProgramRig
 {
 protected:
     void click_editor()
     {
-        screen->click(hand->editor());
+        screen->click(driver->editor());
     }
 
     void press_key(std::string_view name, int times = 1)
@@ -26,14 +27,14 @@ protected:
     // Saves under this name in place of the shown one.
     void save_as(std::string_view shown, std::u32string_view name)
     {
-        hand->toggle("+");
-        const point field = hand->place_of(shown);
+        driver->toggle("+");
+        const point field = driver->place_of(shown);
         screen->click(field);
         press_key("End");
         press_key("BackSpace", static_cast<int>(shown.size()));
         screen->type(name);
         press_key("Return");
-        hand->panels().click("!"); // the program has left this mode by itself
+        driver->panels().click("!"); // the program has left this mode by itself
     }
 };
 
@@ -41,7 +42,7 @@ TEST_F(Source, ArrivesWholeAtTheFirstPick)
 {
     write_file(source("a.txt"), "one\n\ttwo\n\nlast line\n");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     EXPECT_EQ(evaluated_text(), "one\n\ttwo\n\nlast line\n");
     expect_good_end();
 }
@@ -53,16 +54,16 @@ TEST_F(Source, IsCutAt65536BytesAndTheWindowGoesOn)
         text[at] = '\n';
     write_file(source("big.txt"), text);
     start({.bottom = true});
-    hand->choose("--", "big.txt");
+    driver->choose("--", "big.txt");
     EXPECT_EQ(evaluated_text(), text.substr(0, 65536));
     expect_good_end();
 }
 
-TEST_F(Source, LosesItsEndByItsBytesBeyondItsCharacters)
+TEST_F(Source, LosesAsManyBytesAtItsEndAsItHasMoreThanCharacters)
 {
     write_file(source("a.txt"), "five µm");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     EXPECT_EQ(evaluated_text(), "five µ");
     click_editor();
     press_key("End");
@@ -75,7 +76,7 @@ TEST_F(Source, TakesAllThatIsTypedBetweenTwoFrames)
 {
     write_file(source("a.txt"), "");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     click_editor();
     std::u32string typed;
     for (int i = 0; i < 100; ++i)
@@ -89,7 +90,7 @@ TEST_F(Source, RepeatsAHeldKey)
 {
     write_file(source("a.txt"), std::string(60, 'x'));
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     click_editor();
     press_key("End");
     screen->hold_key("BackSpace", std::chrono::milliseconds(2500));
@@ -101,15 +102,15 @@ TEST_F(Source, IsCopiedAndPastedWithCharactersOfSeveralBytes)
 {
     write_file(source("a.txt"), "µm µm\nabcdefgh");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     click_editor();
     // All of it, by dragging from before its first character to behind its last.
-    const struct nk_rect line = hand->bounds_of("µm µm");
+    const struct nk_rect line = driver->bounds_of("µm µm");
     screen->move({static_cast<int>(line.x) + 1, static_cast<int>(line.y + line.h / 2)});
     screen->settle();
     screen->press();
     screen->settle();
-    screen->move(hand->editor());
+    screen->move(driver->editor());
     screen->settle();
     screen->release();
     screen->settle();
@@ -124,32 +125,32 @@ TEST_F(Source, IsSavedUnderATypedName)
 {
     write_file(source("sub/a.txt"), "the text");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     save_as("a.txt", U"b.txt");
     EXPECT_TRUE(wait_until([&] { return read_file(source("sub/b.txt")) == "the text"; }));
     EXPECT_EQ(read_file(source("sub/a.txt")), "the text");
     expect_good_end();
 }
 
-TEST_F(Source, SavedOntoAFullDiskIsToldAndTheTextStays)
+TEST_F(Source, SavedOntoAFullDiskIsReportedAndTheTextStays)
 {
     write_file(source("a.txt"), "the text");
     std::filesystem::create_symlink("/dev/full", source("full"));
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     save_as("a.txt", U"full");
-    EXPECT_TRUE(wait_until([&] { return printed() == "error: unable to save.\n"; })) << printed();
+    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; })) << complaints();
     EXPECT_EQ(evaluated_text(), "the text");
     expect_good_end("error: unable to save.\n");
 }
 
-TEST_F(Source, SavedWhereNothingCanBeWrittenIsTold)
+TEST_F(Source, SavedWhereNothingCanBeWrittenIsReported)
 {
     write_file(source("a.txt"), "the text");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
+    driver->choose("--", "a.txt");
     save_as("a.txt", U"no/such");
-    EXPECT_TRUE(wait_until([&] { return printed() == "error: unable to save.\n"; })) << printed();
+    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; })) << complaints();
     expect_good_end("error: unable to save.\n");
 }
 
@@ -157,10 +158,10 @@ TEST_F(Source, IsDeletedAtTheSecondPress)
 {
     write_file(source("a.txt"), "the text");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
-    hand->press("-");
+    driver->choose("--", "a.txt");
+    driver->press("-");
     EXPECT_TRUE(std::filesystem::exists(source("a.txt")));
-    hand->press("-");
+    driver->press("-");
     EXPECT_TRUE(wait_until([&] { return !std::filesystem::exists(source("a.txt")); }));
     EXPECT_EQ(evaluated_text(), "the text") << "the text stays in the editor";
     expect_good_end();
@@ -170,10 +171,10 @@ TEST_F(Source, IsNotDeletedByTwoPressesFarApart)
 {
     write_file(source("a.txt"), "the text");
     start({.width = 800, .height = 600});
-    hand->choose("--", "a.txt");
-    hand->press("-");
+    driver->choose("--", "a.txt");
+    driver->press("-");
     std::this_thread::sleep_for(std::chrono::milliseconds(4200));
-    hand->press("-");
+    driver->press("-");
     screen->settle();
     EXPECT_TRUE(std::filesystem::exists(source("a.txt"))) << "the arming has lapsed";
     expect_good_end();
@@ -183,13 +184,13 @@ TEST_F(Source, SavedAfterADeletionGetsAMinusInFrontOfItsName)
 {
     write_file(source("a.txt"), "the text");
     start({.bottom = true});
-    hand->choose("--", "a.txt");
-    hand->press("-");
-    hand->press("-");
+    driver->choose("--", "a.txt");
+    driver->press("-");
+    driver->press("-");
     ASSERT_TRUE(wait_until([&] { return !std::filesystem::exists(source("a.txt")); }));
-    hand->toggle("+");
+    driver->toggle("+");
     // The field is empty now; in the operator's layout it reads as before.
-    screen->click(hand->place_of("a.txt"));
+    screen->click(driver->place_of("a.txt"));
     screen->type(U"new");
     press_key("Return");
     EXPECT_TRUE(wait_until([&] { return read_file(place.file("-new")) == "the text"; }));
@@ -200,8 +201,8 @@ TEST_F(Source, MayBeMissingAltogether)
 {
     std::filesystem::remove_all(place.file("src"));
     start({.bottom = true});
-    screen->click(hand->place_of("--"));
-    screen->click(hand->place_of("--"));
+    screen->click(driver->place_of("--"));
+    screen->click(driver->place_of("--"));
     EXPECT_EQ(evaluated_text(), "");
     expect_good_end();
 }

@@ -1,24 +1,32 @@
 // How the program starts, or refuses to, how it goes and how it ends.
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
 #include "tests/support/child_watch.hpp"
+#include "tests/support/program.hpp"
 
 #include <algorithm>
 #include <cmath>
+#include <regex>
 
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
-class Start : public ProgramTest
+class Start : public ProgramRig
 {
+protected:
+    static bool is_one_glfw_error(const std::string &printed)
+    {
+        return std::regex_match(printed, std::regex("glfw err [0-9]+: [^\n]+\n"));
+    }
 };
 
 TEST_F(Start, AnswersAnUnknownOptionWithTheUsageBeforeAnyWindow)
 {
     const ended_run run = run_to_end({VIMBO_PROGRAM, "-x"}, {"DISPLAY=:0-none"});
     EXPECT_EQ(run.exit_code, 255);
-    EXPECT_EQ(run.printed,
+    EXPECT_EQ(run.printed, "");
+    EXPECT_EQ(run.complaints,
               "Vimbo is mero's interface to korvat.\nusage: " VIMBO_PROGRAM
               " [-e tr_w,tr_h,tr_r] [-t tray_directory] [-s src directory] [-w wndw_w,wndw_h]\n"
               "\t-e\twidth,height,radius\t\tExtent of the tray (rounded rectangle form) [mm].\n"
@@ -31,8 +39,8 @@ TEST_F(Start, FailsInOneLineWithoutADisplay)
 {
     const ended_run run = run_to_end({VIMBO_PROGRAM}, {"DISPLAY=:4999"});
     EXPECT_EQ(run.exit_code, 255);
-    EXPECT_NE(run.printed.find("GFLW failed to init!\n"), std::string::npos) << run.printed;
-    EXPECT_EQ(run.printed.rfind("glfw err ", 0), 0U) << run.printed;
+    EXPECT_EQ(run.complaints, "GFLW failed to init!\n");
+    EXPECT_TRUE(is_one_glfw_error(run.printed)) << run.printed;
 }
 
 TEST_F(Start, FailsInOneLineWithoutAWindow)
@@ -40,7 +48,8 @@ TEST_F(Start, FailsInOneLineWithoutAWindow)
     const x_server display(640, 480);
     const ended_run run = run_to_end({VIMBO_PROGRAM, "-w", "0,0"}, {"DISPLAY=" + display.name()});
     EXPECT_EQ(run.exit_code, 255);
-    EXPECT_NE(run.printed.find("Failed to create the window\n"), std::string::npos) << run.printed;
+    EXPECT_EQ(run.complaints, "Failed to create the window\n");
+    EXPECT_TRUE(is_one_glfw_error(run.printed)) << run.printed;
 }
 
 TEST_F(Start, FailsInOneLineWithoutOpenGL33)
@@ -49,7 +58,8 @@ TEST_F(Start, FailsInOneLineWithoutOpenGL33)
     const ended_run run =
         run_to_end({VIMBO_PROGRAM}, {"DISPLAY=" + display.name(), "MESA_GL_VERSION_OVERRIDE=3.1"});
     EXPECT_EQ(run.exit_code, 255);
-    EXPECT_NE(run.printed.find("Failed to create the window\n"), std::string::npos) << run.printed;
+    EXPECT_EQ(run.complaints, "Failed to create the window\n");
+    EXPECT_TRUE(is_one_glfw_error(run.printed)) << run.printed;
 }
 
 TEST_F(Start, GoesOnWithoutItsFont)
@@ -60,10 +70,12 @@ TEST_F(Start, GoesOnWithoutItsFont)
     program run({.arguments = {place.file("elsewhere/bin/vimbo"), "-w", "800,600"},
                  .environment = {"DISPLAY=" + display.name()},
                  .directory = place.path().string(),
-                 .output = place.file("output")});
+                 .output = place.file("output"),
+                 .errors = place.file("errors")});
     display.close_window(wait_for_window(display));
     EXPECT_EQ(run.wait_for_end(), 0);
-    EXPECT_EQ(printed(), "no font at ../share/pellor/common/fonts/iosevka-regular.ttf: using the "
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), "no font at ../share/pellor/common/fonts/iosevka-regular.ttf: using the "
                          "built-in one\n");
 }
 
@@ -76,13 +88,15 @@ TEST_F(Start, FindsItsFontFromItsWorkingDirectory)
     program run({.arguments = {place.file("elsewhere/bin/vimbo"), "-w", "800,600"},
                  .environment = {"DISPLAY=" + display.name()},
                  .directory = bin.string(),
-                 .output = place.file("output")});
+                 .output = place.file("output"),
+                 .errors = place.file("errors")});
     display.close_window(wait_for_window(display));
     EXPECT_EQ(run.wait_for_end(), 0);
-    EXPECT_EQ(printed(), "") << "a font that is not found is told";
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), "") << "a font that is not found is reported";
 }
 
-TEST_F(Start, HasTheWantedWindowSizeTheLastOneGiven)
+TEST_F(Start, OpensAWindowOfTheLastSizeGiven)
 {
     start({.width = 900, .height = 700, .more = {"-w", "640,480"}});
     const image all = screen->screenshot();
@@ -111,17 +125,19 @@ TEST_F(Start, EndsWithStatusZeroWhenItsWindowIsClosed)
     screen->close_window(window);
     EXPECT_EQ(vimbo->wait_for_end(), 0);
     EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), "");
 }
 
 TEST_F(Start, EndsAtThePressOfItsQuitButton)
 {
     start({.width = 800, .height = 600});
-    const point at = hand->place_of("X");
+    const point at = driver->place_of("X");
     screen->move(at);
     screen->settle();
     screen->press();
     EXPECT_EQ(vimbo->wait_for_end(), 0);
     EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), "");
 }
 
 TEST_F(Start, EndsWithoutWaitingForItsTools)
@@ -130,9 +146,9 @@ TEST_F(Start, EndsWithoutWaitingForItsTools)
     tools.put("mero", "say begun " + forever);
     tools.put("plimb", forever);
     start({.bottom = true, .statistics = true});
-    hand->press("Integrate");
+    driver->press("Integrate");
     awaited_arguments("mero");
-    hand->press("↻");
+    driver->press("↻");
     awaited_arguments("plimb");
     expect_good_end();
 }
@@ -142,10 +158,11 @@ TEST_F(Start, FollowsAResizedWindow)
     start({.width = 700, .height = 640});
     screen->resize_window(window, 1100, 1240);
     screen->settle();
-    hand.emplace(*screen, desk_operator::desk{1100, 1240, place.file("src"), place.file("tray")});
-    hand->show_bottom();
+    driver.emplace(*screen,
+                   ui_driver::started_with{1100, 1240, place.file("src"), place.file("tray")});
+    driver->show_bottom();
     tools.put("mero", "exit 0");
-    hand->press("Evaluate");
+    driver->press("Evaluate");
     EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
     screen->resize_window(window, 300, 200);
     screen->settle();
@@ -155,7 +172,7 @@ TEST_F(Start, FollowsAResizedWindow)
 TEST_F(Start, DrawsATrayOfTheGivenExtent)
 {
     start({.more = {"-e", "50,20,0"}, .preview = true});
-    const struct nk_rect area = hand->picture();
+    const struct nk_rect area = driver->picture();
     const image all = screen->screenshot();
     const int middle_x = static_cast<int>(area.x + area.w / 2);
     const int middle_y = static_cast<int>(area.y + area.h / 2);

@@ -1,7 +1,9 @@
 // The whole program from outside: real window, real pointer, real files, a stub
 // in place of the evaluator.
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/ui_driver.hpp"
+#include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +13,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr int width = 1600;
 constexpr int height = 1240;
@@ -51,13 +53,13 @@ TEST(TypicalRequest, IntegratesTheEditedTextAndShowsTheMosaic)
                    .directory = {},
                    .output = place.file("output")});
     const unsigned long window = wait_for_window(screen);
-    desk_operator hand(screen, {width, height, place.file("src"), place.file("tray")});
-    hand.show_bottom();
-    hand.show_preview();
-    hand.choose("--", "a.txt");
-    hand.screen().click(hand.editor());
-    hand.screen().type(U"Edited.");
-    hand.press("Integrate");
+    ui_driver driver(screen, {width, height, place.file("src"), place.file("tray")});
+    driver.show_bottom();
+    driver.show_preview();
+    driver.choose("--", "a.txt");
+    driver.screen().click(driver.editor());
+    driver.screen().type(U"Edited.");
+    driver.press("Integrate");
     const std::string mosaic = place.file("tray/_mosaics/0.mmv");
     ASSERT_TRUE(wait_until([&] { return std::filesystem::exists(mosaic); }));
     std::this_thread::sleep_for(std::chrono::milliseconds(700));
@@ -65,7 +67,7 @@ TEST(TypicalRequest, IntegratesTheEditedTextAndShowsTheMosaic)
     EXPECT_EQ(read_file(place.file("arguments")), "-s 35.000000 /tmp//vimbo " + mosaic + "\n");
     EXPECT_EQ(read_file(place.file("text")), "first line\nsecond line\nEdited.");
 
-    const struct nk_rect area = hand.picture();
+    const struct nk_rect area = driver.picture();
     const image picture = screen.screenshot();
     const int middle = static_cast<int>(area.x + area.w / 2);
     EXPECT_EQ(picture.at(middle, static_cast<int>(area.y) + 5), background);

@@ -1,10 +1,12 @@
-// Many runs in one process, and a monkey at the desk.
+// Many runs in one process, and a monkey at the keys.
 //
 //   soak VIMBO DIVISOR
 #include "tests/support/child_watch.hpp"
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tool_path.hpp"
+#include "tests/support/ui_driver.hpp"
+#include "tests/support/wait.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -18,7 +20,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr int width = 600;
 constexpr int height = 1160;
@@ -29,8 +31,8 @@ void require(bool held, const std::string &what)
         throw std::runtime_error(what);
 }
 
-struct desk {
-    explicit desk(const char *program_path)
+struct rigged_program {
+    explicit rigged_program(const char *program_path)
         : screen(1000, 1300), sources(place.file("src")), tray(place.file("tray"))
     {
         for (const char *name : {"src/a.txt", "src/b.txt", "src/sub/c.txt"})
@@ -51,7 +53,7 @@ struct desk {
             .directory = place.path().string(),
             .output = place.file("output")});
         window = wait_for_window(screen);
-        hand.emplace(screen, desk_operator::desk{width, height, sources, tray});
+        driver.emplace(screen, ui_driver::started_with{width, height, sources, tray});
     }
 
     void end()
@@ -65,18 +67,18 @@ struct desk {
     x_server screen;
     std::string sources, tray;
     std::optional<program> vimbo;
-    std::optional<desk_operator> hand;
+    std::optional<ui_driver> driver;
     unsigned long window = 0;
 };
 
-std::uintmax_t runs_of(const desk &at)
+std::uintmax_t runs_of(const rigged_program &at)
 {
     std::error_code none_yet;
     const std::uintmax_t size = std::filesystem::file_size(at.tools.file("runs"), none_yet);
     return none_yet ? 0 : size;
 }
 
-void run_once(desk &at, point button)
+void run_once(rigged_program &at, point button)
 {
     const std::uintmax_t before = runs_of(at);
     at.screen.move(button);
@@ -91,7 +93,7 @@ struct holdings {
     std::size_t descriptors, threads, memory;
 };
 
-holdings held_by(const desk &at)
+holdings held_by(const rigged_program &at)
 {
     return {open_descriptors(at.vimbo->id()), threads_of(at.vimbo->id()),
             resident_bytes(at.vimbo->id())};
@@ -102,11 +104,11 @@ void soak(const char *program_path, int runs)
     // A kibibyte a run, and what the renderer's heap varies by.
     const std::size_t granted =
         std::max(static_cast<std::size_t>(runs) << 10, std::size_t{1} << 18);
-    desk at(program_path);
-    at.hand->show_bottom();
-    at.hand->show_statistics();
-    const point evaluate = at.hand->place_of("Evaluate");
-    const point measure = at.hand->place_of("↻");
+    rigged_program at(program_path);
+    at.driver->show_bottom();
+    at.driver->show_statistics();
+    const point evaluate = at.driver->place_of("Evaluate");
+    const point measure = at.driver->place_of("↻");
     // What is allocated once is there after the first runs.
     for (int i = 0; i < 20; ++i)
         run_once(at, i % 2 == 0 ? evaluate : measure);
@@ -134,7 +136,7 @@ void soak_panels(int runs)
     const tool_path tools;
     write_script(tools.file("mero"), "echo done\n");
     write_script(tools.file("plimb"), "echo .5\n");
-    panel_bench panels;
+    panel_rig panels;
     vimbo::app_state &app = panels.app();
     app.frame.ui_flags |= vimbo::ui_flag::bottom_shown | vimbo::ui_flag::stats_shown;
     const auto run = [&](const char *button) {
@@ -171,13 +173,13 @@ void soak_panels(int runs)
 // Both tools say nothing for so long, and are waited for.
 void be_silent(const char *program_path, int seconds)
 {
-    desk at(program_path);
+    rigged_program at(program_path);
     for (const char *name : {"mero", "plimb"})
         write_script(at.tools.file(name), "exec " VIMBO_STUB_TOOL " await " + at.place.file("go"));
-    at.hand->show_bottom();
-    at.hand->show_statistics();
-    at.hand->press("Evaluate");
-    at.hand->press("↻");
+    at.driver->show_bottom();
+    at.driver->show_statistics();
+    at.driver->press("Evaluate");
+    at.driver->press("↻");
     for (int i = 0; i < seconds; ++i) {
         std::this_thread::sleep_for(std::chrono::seconds(1));
         at.screen.settle();
@@ -192,7 +194,7 @@ void be_silent(const char *program_path, int seconds)
 class monkey
 {
 public:
-    explicit monkey(desk &at) : place(at), quit(at.hand->place_of("X")) {}
+    explicit monkey(rigged_program &at) : place(at), quit(at.driver->place_of("X")) {}
 
     void act()
     {
@@ -238,20 +240,20 @@ private:
         place.screen.click(at, pick(0, 7) == 0 ? pick(2, 3) : 1);
     }
 
-    desk &place;
+    rigged_program &place;
     point quit;
     std::mt19937 random{20250101};
 };
 
 void play(const char *program_path, int actions)
 {
-    desk at(program_path);
-    at.hand->show_bottom();
-    at.hand->show_preview();
-    at.hand->show_statistics();
-    monkey hand(at);
+    rigged_program at(program_path);
+    at.driver->show_bottom();
+    at.driver->show_preview();
+    at.driver->show_statistics();
+    monkey player(at);
     for (int i = 0; i < actions; ++i) {
-        hand.act();
+        player.act();
         require(at.vimbo->running(), "the program ended at random action " + std::to_string(i));
     }
     at.screen.settle();

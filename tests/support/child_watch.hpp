@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-namespace bench
+namespace rig
 {
 
 /// Open file descriptors.
@@ -15,7 +15,9 @@ std::size_t open_descriptors(pid_t process);
 std::size_t threads_of(pid_t process);
 /// Children, ended ones that nobody waited for included.
 std::size_t children_of(pid_t process);
+/// Those of the children that have ended, and that nobody waited for.
+std::size_t zombies_of(pid_t process);
 /// Memory in RAM, in bytes.
 std::size_t resident_bytes(pid_t process);
 
-} // namespace bench
+} // namespace rig

@@ -7,7 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -169,4 +169,4 @@ void clipboard_owner::hand_out_piece()
         receiver = 0;
 }
 
-} // namespace bench
+} // namespace rig

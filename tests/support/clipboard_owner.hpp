@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-namespace bench
+namespace rig
 {
 
 class clipboard_owner
@@ -64,4 +64,4 @@ private:
     std::thread server;
 };
 
-} // namespace bench
+} // namespace rig

@@ -1,12 +1,9 @@
 #include "tests/support/golden.hpp"
 
-#include <png.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <stdexcept>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -16,18 +13,6 @@ constexpr int block_side = 3;
 constexpr int block_pixels = block_side * block_side;
 // Beyond what rounding a blended colour makes of it.
 constexpr int least_change = 3;
-image blank(int width, int height, colour filling)
-{
-    return {width, height,
-            std::vector<colour>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                                filling)};
-}
-
-colour &pixel(image &picture, int x, int y)
-{
-    return picture.pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(picture.width) +
-                          static_cast<std::size_t>(x)];
-}
 
 // How much one channel of a block has become brighter.
 class channel_change
@@ -117,7 +102,7 @@ void put(image &into, const image &picture, int left)
 {
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
-            pixel(into, left + x, y) = picture.at(x, y);
+            into.at(left + x, y) = picture.at(x, y);
 }
 
 // The picture in pale grey, the blocks in red over it.
@@ -132,35 +117,11 @@ image marked(const image &picture, const picture_difference &difference)
     for (const point &block : difference.blocks)
         for (int y = block.y; y < block.y + block_side; ++y)
             for (int x = block.x; x < block.x + block_side; ++x)
-                pixel(result, x, y) = {220, 0, 0};
+                result.at(x, y) = {220, 0, 0};
     return result;
 }
 
 } // namespace
-
-image load_png(const std::string &path)
-{
-    png_image file = {};
-    file.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_file(&file, path.c_str()) == 0)
-        return {};
-    file.format = PNG_FORMAT_RGB;
-    image picture = blank(static_cast<int>(file.width), static_cast<int>(file.height), {});
-    if (png_image_finish_read(&file, nullptr, picture.pixels.data(), 0, nullptr) == 0)
-        throw std::runtime_error("cannot read " + path);
-    return picture;
-}
-
-image crop(const image &whole, int x, int y, int width, int height)
-{
-    if (x < 0 || y < 0 || x + width > whole.width || y + height > whole.height)
-        throw std::runtime_error("the part lies outside of the picture");
-    image part = blank(width, height, {});
-    for (int row = 0; row < height; ++row)
-        for (int column = 0; column < width; ++column)
-            pixel(part, column, row) = whole.at(x + column, y + row);
-    return part;
-}
 
 picture_difference compare(const image &before, const image &after, int most_mean_change)
 {
@@ -180,11 +141,12 @@ image side_by_side(const image &before, const image &after, const picture_differ
 {
     constexpr int gap = 8;
     const int width = std::max(before.width, after.width);
-    image all = blank(3 * width + 2 * gap, std::max(before.height, after.height), {255, 255, 255});
+    image all =
+        blank_image(3 * width + 2 * gap, std::max(before.height, after.height), {255, 255, 255});
     put(all, before, 0);
     put(all, after, width + gap);
     put(all, marked(after, difference), 2 * (width + gap));
     return all;
 }
 
-} // namespace bench
+} // namespace rig

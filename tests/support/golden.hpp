@@ -2,19 +2,13 @@
 // ones are held against them.
 #pragma once
 
-#include "tests/support/x_server.hpp"
+#include "tests/support/image.hpp"
+#include "tests/support/point.hpp"
 
-#include <string>
 #include <vector>
 
-namespace bench
+namespace rig
 {
-
-/// Reads a PNG file; a picture of no size when there is none.
-image load_png(const std::string &path);
-
-/// That part of a picture; throws when it does not lie within.
-image crop(const image &whole, int x, int y, int width, int height);
 
 /// Where two pictures of one size differ. Drivers round edges differently, which
 /// changes single pixels, or puts one a step aside; what an operator sees of a
@@ -38,4 +32,4 @@ inline constexpr int line_tolerance = 36;
 /// Both, side by side, and a third picture with the blocks in red.
 image side_by_side(const image &before, const image &after, const picture_difference &difference);
 
-} // namespace bench
+} // namespace rig

@@ -8,7 +8,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace bench
+namespace rig
 {
 
 scratch_directory::scratch_directory()
@@ -61,4 +61,4 @@ std::string mosaic_bytes(const std::vector<vimbo::path_vertex> &points)
                         {bytes, points.size() * sizeof(vimbo::path_vertex)});
 }
 
-} // namespace bench
+} // namespace rig

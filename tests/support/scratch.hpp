@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace bench
+namespace rig
 {
 
 /// Made empty, removed with all it holds.
@@ -45,4 +45,4 @@ std::string mosaic_bytes(std::uint32_t element_size, std::uint64_t element_count
                          std::string_view body);
 std::string mosaic_bytes(const std::vector<vimbo::path_vertex> &points);
 
-} // namespace bench
+} // namespace rig

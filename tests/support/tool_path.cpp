@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-namespace bench
+namespace rig
 {
 
 tool_path::tool_path()
@@ -32,4 +32,4 @@ std::string tool_path::arguments_of(std::string_view name) const
     return read_file(place.file(std::string(name) + ".arguments"));
 }
 
-} // namespace bench
+} // namespace rig

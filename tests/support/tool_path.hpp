@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace bench
+namespace rig
 {
 
 /// Puts a folder of its own in front of the PATH as long as it lives. A tool
@@ -39,4 +39,4 @@ private:
     std::string previous;
 };
 
-} // namespace bench
+} // namespace rig

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace bench
+namespace rig
 {
 
 /// The command line that makes the stub tool do this, see stub_tool.cpp.
@@ -12,4 +12,4 @@ inline std::string stub(const std::string &actions)
     return "exec " VIMBO_STUB_TOOL " " + actions;
 }
 
-} // namespace bench
+} // namespace rig

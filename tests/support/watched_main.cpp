@@ -2,7 +2,7 @@
 // test has to leave as many descriptors open as it found.
 #include "platform/commands.hpp"
 #include "tests/support/child_watch.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -14,7 +14,7 @@ class descriptor_watch : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo & /*test*/) override
     {
-        before = bench::open_descriptors(getpid());
+        before = rig::open_descriptors(getpid());
     }
 
     void OnTestEnd(const testing::TestInfo & /*test*/) override
@@ -24,10 +24,10 @@ class descriptor_watch : public testing::EmptyTestEventListener
         std::size_t after = 0;
         const auto as_before = [&] {
             vimbo::collect_released_commands();
-            after = bench::open_descriptors(getpid());
+            after = rig::open_descriptors(getpid());
             return after == before;
         };
-        EXPECT_TRUE(bench::wait_until(as_before, limit))
+        EXPECT_TRUE(rig::wait_until(as_before, limit))
             << "descriptors were left open: " << before << " before, " << after << " after";
     }
 

@@ -2,45 +2,19 @@
 // on it, and eyes.
 #pragma once
 
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/image.hpp"
+#include "tests/support/point.hpp"
 
 #include <sys/types.h>
 
 #include <chrono>
-#include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 struct _XDisplay; // NOLINT(bugprone-reserved-identifier): Xlib's own name for it
 
-namespace bench
+namespace rig
 {
-
-struct colour {
-    std::uint8_t red, green, blue;
-    bool operator==(const colour &) const = default;
-};
-
-struct image {
-    int width, height;
-    std::vector<colour> pixels;
-
-    colour at(int x, int y) const
-    {
-        return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
-                      static_cast<std::size_t>(x)];
-    }
-};
-
-/// Writes a PNG file.
-void save_png(const image &picture, const std::string &path);
-
-/// Polls until the condition holds. False when it does not within the time.
-bool wait_until(const std::function<bool()> &condition,
-                std::chrono::milliseconds limit = std::chrono::seconds(20));
 
 /// A virtual X server with one client of its own.
 class x_server
@@ -104,33 +78,4 @@ private:
     _XDisplay *display = nullptr;
 };
 
-/// A program under test, with its output in files.
-class program
-{
-public:
-    struct options {
-        std::vector<std::string> arguments;   // the program's own path first
-        std::vector<std::string> environment; // "NAME=value" beside what is inherited
-        std::string directory;                // empty: here
-        std::string output;                   // where standard output and error go
-    };
-    explicit program(const options &how);
-    ~program();
-    program(const program &) = delete;
-    program &operator=(const program &) = delete;
-
-    pid_t id() const
-    {
-        return process;
-    }
-    bool running();
-    /// Waits for its end; its wait status, or -1 when it did not come in time.
-    int wait_for_end(std::chrono::milliseconds limit = std::chrono::seconds(20));
-
-private:
-    pid_t process = 0;
-    int status = 0;
-    bool ended = false;
-};
-
-} // namespace bench
+} // namespace rig

@@ -2,7 +2,7 @@
 // files they leave, how they end.
 #include "platform/commands.hpp"
 #include "tests/support/scratch.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 struct outcome {
     std::string output;
@@ -54,7 +54,7 @@ protected:
 
 constexpr const char *square = "jump(-1000, -1000) mark(1000, -1000) mark(1000, 1000)";
 
-TEST_F(Mero, SumsASourceUp)
+TEST_F(Mero, PrintsASummaryOfASource)
 {
     const outcome result = evaluate("-S", square);
     EXPECT_EQ(result.output, "3 moves: 2 marks, 1 jumps\nmarks 140.000 mm, jumps 49.497 mm\n"
@@ -83,7 +83,7 @@ TEST_F(Mero, CentersAMosaic)
     EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{-256000, -512000}, {256000, 512001}}));
 }
 
-TEST_F(Mero, WritesAndSumsUpManyMovesWithoutAGap)
+TEST_F(Mero, WritesAndCountsManyMovesWithoutAGapBetweenItsThreads)
 {
     // More than are handed on at a time, to and fro: a lost one would show.
     const char *source = "for i = 1, 100000 do mark(1000 * (i % 2), 7) end jump(0, 0)";
@@ -130,7 +130,7 @@ TEST_F(Mero, LeavesTheOldMosaicAfterAnError)
     EXPECT_EQ(read_file(place.file("0.mmv")), "old");
 }
 
-TEST_F(Mero, TellsWhenNothingWasMarked)
+TEST_F(Mero, ReportsThatNothingWasMarked)
 {
     for (const char *source : {"", "jump(1, 1)"}) {
         const outcome result = integrate("-s 35", source);
@@ -140,7 +140,7 @@ TEST_F(Mero, TellsWhenNothingWasMarked)
     EXPECT_FALSE(std::filesystem::exists(place.file("0.mmv")));
 }
 
-TEST_F(Mero, TellsWhatItCannotReadOrWrite)
+TEST_F(Mero, ReportsWhatItCannotReadOrWrite)
 {
     EXPECT_EQ(run(VIMBO_MERO " -S /no/such/file").output, "mero: cannot read /no/such/file\n");
     const outcome result = evaluate("-s 35", square, "/no/such/place/0.mmv");
@@ -213,7 +213,7 @@ TEST_F(Plimb, PrintsFiftyFigures)
     EXPECT_NEAR(figures[49], 0, 1e-6);
 }
 
-TEST_F(Plimb, SharesLengthOutAmongMarksAndJumpsAndDirections)
+TEST_F(Plimb, DividesLengthAmongMarksJumpsAndDirections)
 {
     // A jump upward, then marks to the left, downward and to the right.
     const outcome result =
@@ -258,7 +258,7 @@ TEST_F(Plimb, PrintsZeroesForAnEmptyMosaic)
     EXPECT_EQ(numbers_of(result.output), std::vector<double>(50, 0.0));
 }
 
-TEST_F(Plimb, TellsWhatIsNoMosaic)
+TEST_F(Plimb, ReportsAFileThatIsNoMosaic)
 {
     for (const std::string &bytes :
          {std::string(), std::string(31, '\0'), mosaic_bytes(8, 2, "too short")}) {
@@ -274,7 +274,7 @@ TEST_F(Plimb, TellsWhatIsNoMosaic)
 
 // Not under AddressSanitizer, which takes terabytes of address space itself.
 #if !defined(__SANITIZE_ADDRESS__)
-TEST_F(Plimb, TellsAMosaicThatDoesNotFitIntoItsMemory)
+TEST_F(Plimb, ReportsAMosaicThatDoesNotFitIntoItsMemory)
 {
     write_file(place.file("0.mmv"), "");
     std::filesystem::resize_file(place.file("0.mmv"), std::uintmax_t{1} << 33);
@@ -297,7 +297,7 @@ TEST_F(Plimb, LeavesWindowsOfNoLengthOut)
     EXPECT_NEAR(figures[31], 1, 1e-6);
 }
 
-TEST_F(Mero, TellsAMosaicThatCannotTakeItsPlace)
+TEST_F(Mero, ReportsAMosaicThatCannotBeRenamedIntoPlace)
 {
     std::filesystem::create_directories(place.file("0.mmv"));
     const outcome result = integrate("-s 35", square);
@@ -311,7 +311,7 @@ TEST_F(Mero, TellsAMosaicThatCannotTakeItsPlace)
 
 // Not under AddressSanitizer, which takes terabytes of address space itself.
 #if !defined(__SANITIZE_ADDRESS__)
-TEST_F(Mero, TellsThatItHasNoMemoryForMoves)
+TEST_F(Mero, ReportsThatItHasNoMemoryForMoves)
 {
     write_file(place.file("source"), square);
     const outcome result =
@@ -322,7 +322,7 @@ TEST_F(Mero, TellsThatItHasNoMemoryForMoves)
 }
 #endif
 
-TEST_F(Mero, TellsThatASourceTakesTooMuchMemory)
+TEST_F(Mero, ReportsThatASourceTakesTooMuchMemory)
 {
     const outcome result = evaluate("-S", "string.rep('x', 0x7fffffff)");
     EXPECT_EQ(result.status, 1);

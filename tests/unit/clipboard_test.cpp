@@ -5,10 +5,43 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace
 {
+
+class CopiedText : public testing::Test
+{
+protected:
+    bool copy(const char *text, int characters)
+    {
+        return vimbo::take_copy(*clipboard, text, characters);
+    }
+
+    std::unique_ptr<vimbo::clipboard_state> clipboard = std::make_unique<vimbo::clipboard_state>();
+};
+
+TEST_F(CopiedText, IsCountedInCharacters)
+{
+    EXPECT_TRUE(copy("µm and more", 2));
+    EXPECT_STREQ(clipboard->text, "µm");
+}
+
+TEST_F(CopiedText, StaysWhenThereIsNothingToCopy)
+{
+    copy("kept", 4);
+    EXPECT_FALSE(copy("other", 0));
+    EXPECT_FALSE(copy(nullptr, 3));
+    EXPECT_STREQ(clipboard->text, "kept");
+}
+
+TEST_F(CopiedText, HasRoomForAFullSource)
+{
+    const std::string source(65536, 'x');
+    EXPECT_TRUE(copy((source + "yz").c_str(), 65538));
+    EXPECT_TRUE(clipboard->text == source);
+}
 
 class PastedText : public testing::Test
 {

@@ -1,10 +1,10 @@
 // Commands behind pipes, with real processes.
 #include "platform/commands.hpp"
+#include "tests/support/wait.hpp"
 
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tools.hpp"
-#include "tests/support/x_server.hpp"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -15,7 +15,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 std::string read_all(FILE *stream)
 {
@@ -82,7 +82,7 @@ TEST_F(Command, WhoseShellDiesByASignalGivesMinusOne)
     EXPECT_EQ(run("kill -TERM $$").status, -1);
 }
 
-TEST_F(Command, WhoseToolDiesByASignalGivesTheShellsWordForIt)
+TEST_F(Command, WhoseToolDiesByASignalGivesTheShellsExitCodeForIt)
 {
     EXPECT_EQ(run(stub("die 9").substr(5) + "; exit $?").status, 128 + 9);
 }
@@ -94,21 +94,21 @@ TEST_F(Command, ThatTheShellCannotFindGives127)
     EXPECT_EQ(result.status, 127);
 }
 
-TEST_F(Command, MayLeaveItsQuoteOpen)
+TEST_F(Command, RunsThoughItsQuoteIsLeftOpen)
 {
     const outcome result = run("printf '<%s>' \"a  b; c/3.mmv");
     EXPECT_EQ(result.output, "<a  b; c/3.mmv>");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST_F(Command, TakesWhatIsInDoubleQuotesAsItStands)
+TEST_F(Command, KeepsWhatIsInDoubleQuotesLiteral)
 {
     const std::string name = "a$HOME `id` $(id) ${PATH} \\ \\\\ \\$ \xff ! * 'x' #\n~";
     EXPECT_EQ(run("printf '<%s>' \"" + name).output, '<' + name + '>');
     EXPECT_EQ(run("printf '<%s>' \"" + name + "\" x").output, '<' + name + "><x>");
 }
 
-TEST_F(Command, HasNothingOfOursButItsPipe)
+TEST_F(Command, InheritsNoDescriptorButItsPipe)
 {
     const std::string alone = run("ls /proc/self/fd").output;
     FILE *other = vimbo::open_command(stub("await " + place.file("go")).c_str());
@@ -136,7 +136,7 @@ TEST_F(Command, EndsItsStreamWhenItClosesItsOutputAndLivesOn)
     EXPECT_EQ(vimbo::close_command(stream), 7);
 }
 
-TEST_F(Command, IsWaitedForByTheReadersSide)
+TEST_F(Command, CanBeAwaitedFromTheReadersThread)
 {
     FILE *stream = vimbo::open_command(stub("write 10000000 touch " + place.file("done")).c_str());
     ASSERT_NE(stream, nullptr);
@@ -145,7 +145,7 @@ TEST_F(Command, IsWaitedForByTheReadersSide)
     EXPECT_EQ(vimbo::close_command(stream), 0);
 }
 
-TEST_F(Command, LetGoRunsOnToItsEnd)
+TEST_F(Command, ThatIsReleasedRunsOnToItsEnd)
 {
     FILE *stream = vimbo::open_command(
         stub("await " + place.file("go") + " write 1000000 touch " + place.file("done")).c_str());
@@ -176,14 +176,14 @@ TEST_F(Command, ThatIsTooLongForTheShellsLineIsRefused)
     EXPECT_EQ(vimbo::open_command(("true " + std::string(20000, 'x')).c_str()), nullptr);
 }
 
-TEST_F(Command, ThatIsUnknownIsLeftAlone)
+TEST_F(Command, ThatIsUnknownIsIgnored)
 {
     EXPECT_EQ(vimbo::close_command(stdin), -1);
     vimbo::release_command(stdin);
     EXPECT_EQ(std::ferror(stdin), 0);
 }
 
-TEST_F(Command, ManyTimesOverLeavesNothingBehind)
+TEST_F(Command, RunManyTimesLeavesNothingBehind)
 {
     for (int i = 0; i < 200; ++i) {
         FILE *stream = vimbo::open_command("echo more");

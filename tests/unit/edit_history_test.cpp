@@ -122,13 +122,14 @@ TEST_F(History, DropsItsOldestRecordsWhenItIsFull)
         edit(std::string(60000, static_cast<char>('a' + i % 26)));
         texts.push_back(text);
     }
-    int undone = 0;
+    std::size_t undone = 0;
     while (undo()) {
         ++undone;
-        ASSERT_EQ(text, texts[texts.size() - 1 - static_cast<std::size_t>(undone)]);
+        ASSERT_LT(undone, texts.size()) << "more is undone than was done";
+        ASSERT_EQ(text, texts[texts.size() - 1 - undone]);
     }
-    EXPECT_GE(undone, 6);
-    EXPECT_LT(undone, 40);
+    EXPECT_GE(undone, 6U);
+    EXPECT_LT(undone, 40U);
 }
 
 TEST_F(History, UndoesAndRedoesThousandsOfRandomEditsExactly)

@@ -50,7 +50,7 @@ TEST(EvalOutput, CutsLongOutputIntoPieces)
     EXPECT_EQ(laid_out(letters(600), true), full_lines(2) + letters(90) + '\n');
 }
 
-TEST(EvalOutput, LosesWhatIsBehindTheFifteenthPieceWithoutAMark)
+TEST(EvalOutput, DropsWhatFollowsTheFifteenthPieceWithoutAMark)
 {
     EXPECT_EQ(laid_out(letters(3825), true), full_lines(15));
     EXPECT_EQ(laid_out(letters(3826), true), full_lines(15));
@@ -62,7 +62,7 @@ TEST(EvalOutput, MarksOutputThatWasNotReadToItsEnd)
     EXPECT_EQ(laid_out(letters(4096), false), full_lines(15) + "...\n");
 }
 
-TEST(StatusLine, TellsTheExitStatus)
+TEST(StatusLine, NamesTheExitStatus)
 {
     EXPECT_EQ(vimbo::status_line(0), "Status: ok.\n");
     EXPECT_EQ(vimbo::status_line(3), "Status: uknown.\n");
@@ -81,7 +81,7 @@ TEST(EvalReader, MarksOutputThatCannotBeRead)
     std::fclose(stream);
 }
 
-TEST(Progress, LeavesATypedLastCharacterAlone)
+TEST(Progress, DoesNotReplaceALastCharacterThatWasTyped)
 {
     const auto evaluation = std::make_unique<vimbo::evaluation_state>();
     evaluation->eval_job.pipe = stdin; // something runs

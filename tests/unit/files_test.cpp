@@ -13,8 +13,8 @@
 namespace
 {
 
-using bench::scratch_directory;
-using bench::write_file;
+using rig::scratch_directory;
+using rig::write_file;
 
 TEST(RegularFile, IsOpenedWithItsSize)
 {
@@ -31,12 +31,12 @@ TEST(RegularFile, IsTheOnlyKindThatIsOpened)
 {
     const scratch_directory place;
     ASSERT_EQ(mkfifo(place.file("pipe").c_str(), 0600), 0);
-    const std::size_t before = bench::open_descriptors(getpid());
+    const std::size_t before = rig::open_descriptors(getpid());
     std::uint64_t size = 0;
     for (const std::string &path : {place.path().string(), place.file("pipe"),
                                     place.file("missing"), std::string("/dev/null"), std::string()})
         EXPECT_EQ(vimbo::open_regular_file(path.c_str(), size), nullptr) << path;
-    EXPECT_EQ(bench::open_descriptors(getpid()), before);
+    EXPECT_EQ(rig::open_descriptors(getpid()), before);
 }
 
 TEST(Directory, IsMadeOneLevelAtATime)

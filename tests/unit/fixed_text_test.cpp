@@ -69,7 +69,7 @@ TEST(FixedText, AppendsUpToItsLastByte)
     place.expect("1234567");
 }
 
-TEST(FixedText, AppendsNothingToABufferWithoutAnEnd)
+TEST(FixedText, AppendsNothingToABufferWithoutATerminator)
 {
     std::array<char, 4> full = {'a', 'b', 'c', 'd'};
     EXPECT_EQ(text_length(full), 4U);
@@ -78,7 +78,7 @@ TEST(FixedText, AppendsNothingToABufferWithoutAnEnd)
     EXPECT_EQ(full[3], 'd');
 }
 
-TEST(FixedText, TellsWhenAFormattedTextWasCut)
+TEST(FixedText, ReportsThatAFormattedTextWasCut)
 {
     guarded place;
     EXPECT_TRUE(format_text(place.text, "%d/%s", 12, "abcd"));

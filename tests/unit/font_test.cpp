@@ -80,12 +80,12 @@ TEST_F(Font, ShowsControlCharactersAsBlankSpace)
     }
 }
 
-TEST_F(Font, IsNoneOfAFileThatIsNone)
+TEST_F(Font, IsAbsentWhereTheFileIsNoFont)
 {
-    const bench::scratch_directory place;
-    bench::write_file(place.file("text"), "this is no font, whatever its name says");
-    bench::write_file(place.file("short"), "OT");
-    bench::write_file(place.file("empty"), "");
+    const rig::scratch_directory place;
+    rig::write_file(place.file("text"), "this is no font, whatever its name says");
+    rig::write_file(place.file("short"), "OT");
+    rig::write_file(place.file("empty"), "");
     for (const char *name : {"text", "short", "empty", "missing"})
         EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str()), nullptr) << name;
 }
@@ -113,7 +113,7 @@ protected:
         std::size_t record, offset, length;
     };
 
-    FontFile() : whole(bench::read_file(VIMBO_FONT))
+    FontFile() : whole(rig::read_file(VIMBO_FONT))
     {
         for (std::size_t record = 12; record < 12 + 16 * number_at(whole, 4, 2); record += 16)
             tables.push_back({whole.substr(record, 4), record, number_at(whole, record + 8, 4),
@@ -130,7 +130,7 @@ protected:
 
     bool is_taken(const std::string &bytes) const
     {
-        bench::write_file(path, bytes);
+        rig::write_file(path, bytes);
         return vimbo::is_whole_font(path.c_str());
     }
 
@@ -147,18 +147,18 @@ protected:
 
     static constexpr std::string_view read_tables[] = {"cmap", "glyf", "head", "hhea",
                                                        "hmtx", "loca", "maxp"};
-    const bench::scratch_directory place;
+    const rig::scratch_directory place;
     const std::string path = place.file("font");
     const std::string whole;
     std::vector<table> tables;
 };
 
-TEST_F(FontFile, IsTakenAsItIs)
+TEST_F(FontFile, IsAcceptedUndamaged)
 {
     EXPECT_TRUE(vimbo::is_whole_font(VIMBO_FONT));
 }
 
-TEST_F(FontFile, IsNotTakenWhenItIsCutAnywhere)
+TEST_F(FontFile, IsRefusedWhenItIsCutAnywhere)
 {
     for (const std::size_t length : {0UL, 3UL, 4UL, 11UL, 12UL, 27UL, 28UL, 200UL, 1000UL,
                                      whole.size() / 3, whole.size() / 2, whole.size() - 1000})
@@ -168,7 +168,7 @@ TEST_F(FontFile, IsNotTakenWhenItIsCutAnywhere)
             EXPECT_FALSE(is_taken(whole.substr(0, length))) << each.tag << ' ' << length;
 }
 
-TEST_F(FontFile, IsNotTakenWithAByteChangedInWhatIsReadOfIt)
+TEST_F(FontFile, IsRefusedWithAByteChangedInATableThatIsRead)
 {
     for (const std::string_view tag : {"cmap", "glyf", "hhea", "hmtx", "loca", "maxp"})
         for (const std::size_t place_in :
@@ -179,7 +179,7 @@ TEST_F(FontFile, IsNotTakenWithAByteChangedInWhatIsReadOfIt)
         }
 }
 
-TEST_F(FontFile, MayHaveOtherTablesThatAreDamaged)
+TEST_F(FontFile, IsAcceptedWithDamageInTablesThatAreNotRead)
 {
     std::string damaged = whole;
     for (const char *tag : {"GPOS", "GSUB", "name", "post"})
@@ -189,14 +189,14 @@ TEST_F(FontFile, MayHaveOtherTablesThatAreDamaged)
     EXPECT_EQ(glyph('A').codepoint, nk_rune{'A'});
 }
 
-TEST_F(FontFile, MayHaveAWrongSumOfItsHeader)
+TEST_F(FontFile, IsAcceptedWithAWrongChecksumOfItsHeader)
 {
     std::string other = whole;
     put_number(other, table_of("head").record + 4, 0x12345678, 4);
     EXPECT_TRUE(is_taken(other));
 }
 
-TEST_F(FontFile, IsNotTakenWithAHeaderThatCannotBe)
+TEST_F(FontFile, IsRefusedWithAnImpossibleHeader)
 {
     const std::size_t head = table_of("head").offset;
     const std::uint32_t format = number_at(whole, head + 50, 2);
@@ -216,7 +216,7 @@ TEST_F(FontFile, IsNotTakenWithAHeaderThatCannotBe)
     }
 }
 
-TEST_F(FontFile, IsNotTakenWithATableBeyondItsEnd)
+TEST_F(FontFile, IsRefusedWithATableBeyondItsEnd)
 {
     for (const table &each : tables)
         for (const int at : {8, 12})
@@ -228,7 +228,7 @@ TEST_F(FontFile, IsNotTakenWithATableBeyondItsEnd)
             }
 }
 
-TEST_F(FontFile, IsNotTakenWithMoreTablesThanItHolds)
+TEST_F(FontFile, IsRefusedWithMoreTablesThanItHolds)
 {
     std::string damaged = whole;
     put_number(damaged, 4, 65535, 2);
@@ -237,7 +237,7 @@ TEST_F(FontFile, IsNotTakenWithMoreTablesThanItHolds)
     EXPECT_FALSE(is_taken(damaged));
 }
 
-TEST_F(FontFile, IsNotTakenWithoutATableThatIsRead)
+TEST_F(FontFile, IsRefusedWithoutATableThatIsRead)
 {
     for (const std::string_view tag : read_tables) {
         std::string damaged = whole;
@@ -247,7 +247,7 @@ TEST_F(FontFile, IsNotTakenWithoutATableThatIsRead)
 }
 
 // Outlines of the other kind lie in a table of their own.
-TEST_F(FontFile, IsNotTakenWithOutlinesThatCannotBeBaked)
+TEST_F(FontFile, IsRefusedWithOutlinesThatCannotBeBaked)
 {
     std::string other = whole;
     other.replace(0, 4, "OTTO");
@@ -257,7 +257,7 @@ TEST_F(FontFile, IsNotTakenWithOutlinesThatCannotBeBaked)
     EXPECT_FALSE(is_taken(other));
 }
 
-TEST_F(FontFile, IsNotTakenWithoutAMapOfUnicodeThatIsKnown)
+TEST_F(FontFile, IsRefusedWithoutAUnicodeMapOfAKnownFormat)
 {
     const table &cmap = table_of("cmap");
     const std::size_t maps = number_at(whole, cmap.offset + 2, 2);
@@ -274,7 +274,7 @@ TEST_F(FontFile, IsNotTakenWithoutAMapOfUnicodeThatIsKnown)
     }
 }
 
-TEST_F(FontFile, MayLackCharactersOfTheProgramsLabels)
+TEST_F(FontFile, IsAcceptedThoughItLacksCharactersOfTheLabels)
 {
     std::string without = whole;
     const table &cmap = table_of("cmap");
@@ -296,7 +296,7 @@ TEST_F(FontFile, MayLackCharactersOfTheProgramsLabels)
     EXPECT_GT(glyph('A').w, 0);
 }
 
-TEST_F(FontFile, IsBakedWhereverItIsTakenWithBytesChangedAtRandom)
+TEST_F(FontFile, CanBeBakedWheneverItIsAcceptedWithRandomChanges)
 {
     std::mt19937 random(20240607);
     const std::size_t directory = 12 + 16 * tables.size();
@@ -320,7 +320,7 @@ TEST_F(FontFile, IsBakedWhereverItIsTakenWithBytesChangedAtRandom)
     EXPECT_LT(taken, rounds);
 }
 
-TEST_F(Font, WithoutControlCharactersIsLeftAsItIs)
+TEST_F(Font, IsUnchangedWhenItLacksControlCharacters)
 {
     struct nk_font_config config = nk_font_config(16);
     config.range = nk_font_default_glyph_ranges();

@@ -8,7 +8,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 constexpr colour ground = {45, 45, 45};
 constexpr colour ink = {175, 175, 175};
@@ -85,7 +85,7 @@ TEST(GoldenPicture, MustNotChangeAThinLinesColour)
               0U);
 }
 
-TEST(GoldenPicture, TellsWhereItDiffers)
+TEST(GoldenPicture, ReportsWhereItDiffers)
 {
     const picture_difference found =
         compare(stroke(21, 13, 3, 3, {40, 45, 45}), sheet(), panel_tolerance);
@@ -100,7 +100,7 @@ TEST(GoldenPicture, TellsWhereItDiffers)
     EXPECT_NE(all.at(64 + 18, 13), (colour{220, 0, 0}));
 }
 
-TEST(GoldenPicture, ComesBackFromItsFile)
+TEST(GoldenPicture, IsReadFromItsFileAsItWasWritten)
 {
     const scratch_directory place;
     const image picture = stroke(1, 2, 3, 4, {1, 2, 3});

@@ -4,7 +4,7 @@
 #include "platform/commands.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tools.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 #include "ui/flags.hpp"
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 std::atomic<int> signals_taken = 0;
 

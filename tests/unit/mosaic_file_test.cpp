@@ -14,7 +14,7 @@ namespace
 std::optional<vimbo::mosaic_body> read(std::uint32_t element_size, std::uint64_t element_count,
                                        std::uint64_t body_bytes)
 {
-    const std::string bytes = bench::mosaic_bytes(element_size, element_count, {});
+    const std::string bytes = rig::mosaic_bytes(element_size, element_count, {});
     unsigned char header[vimbo::mosaic_header_size];
     std::copy(bytes.begin(), bytes.end(), header);
     vimbo::mosaic_body body = {};
@@ -31,7 +31,7 @@ TEST(MosaicHeader, CountsThePointsAndTheTraysCentre)
     EXPECT_EQ(body->vertex_count, 1001);
 }
 
-TEST(MosaicHeader, OfNoElementsLeavesTheCentreAlone)
+TEST(MosaicHeader, CountsOnlyTheTraysCentreForNoElements)
 {
     EXPECT_EQ(read(8, 0, 0)->vertex_count, 1);
     EXPECT_EQ(read(0, 0, 0)->vertex_count, 1);

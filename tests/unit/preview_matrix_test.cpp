@@ -50,7 +50,7 @@ TEST(ReplayedVertices, DoNotOverflowForTheLongestPath)
     EXPECT_EQ(replayed_vertices(INT32_MAX, 254), 2139062142);
 }
 
-TEST(ReplayedVertices, AreNoneOfMoreThanCanBeCounted)
+TEST(ReplayedVertices, AreNoneOfAPathThatIsTooLongToCount)
 {
     EXPECT_EQ(replayed_vertices(-1, 255), 0);
     EXPECT_EQ(replayed_vertices(INT32_MIN, 255), 0);

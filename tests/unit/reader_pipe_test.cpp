@@ -6,7 +6,7 @@
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tools.hpp"
-#include "tests/support/x_server.hpp"
+#include "tests/support/wait.hpp"
 #include "ui/flags.hpp"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 using vimbo::command_job;
 using vimbo::ui_flag::eval_running;
 
@@ -89,7 +89,7 @@ TEST(EvaluatorsReader, ReturnsNothingOfASilentTool)
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(EvaluatorsReader, LaysOutputOfEveryLengthOut)
+TEST(EvaluatorsReader, FormatsOutputOfEveryLength)
 {
     for (const std::size_t count : {1, 254, 255, 256, 600, 3824, 3825, 3826, 4095}) {
         const evaluation result = evaluate(stub("write " + std::to_string(count)));
@@ -98,7 +98,7 @@ TEST(EvaluatorsReader, LaysOutputOfEveryLengthOut)
     }
 }
 
-TEST(EvaluatorsReader, MarksTheCutOfFullOutput)
+TEST(EvaluatorsReader, MarksWhereFullOutputWasCut)
 {
     for (const std::size_t count : {4096, 4097, 10000000}) {
         const evaluation result = evaluate(stub("write " + std::to_string(count) + " exit 1"));
@@ -107,14 +107,14 @@ TEST(EvaluatorsReader, MarksTheCutOfFullOutput)
     }
 }
 
-TEST(EvaluatorsReader, ForgetsTheRunBefore)
+TEST(EvaluatorsReader, LeavesNothingOfTheFormerRun)
 {
     evaluate(stub("write 4096"));
     EXPECT_EQ(evaluate(stub("say b")).text, "b\n");
     EXPECT_EQ(evaluate(stub("exit 0")).text, "");
 }
 
-TEST(EvaluatorsReader, GathersWhatComesInPieces)
+TEST(EvaluatorsReader, CollectsOutputThatComesInPieces)
 {
     const scratch_directory place;
     background_run run(stub("say one await " + place.file("go") + " say two"), vimbo::eval_reader);
@@ -125,7 +125,7 @@ TEST(EvaluatorsReader, GathersWhatComesInPieces)
     EXPECT_EQ(vimbo::close_command(run.job.pipe), 0);
 }
 
-TEST(EvaluatorsReader, TakesEveryExitStatus)
+TEST(EvaluatorsReader, PassesEveryExitStatusOn)
 {
     for (const int code : {0, 1, 3, 127})
         EXPECT_EQ(evaluate(stub("say x exit " + std::to_string(code))).status, code);
@@ -212,7 +212,7 @@ TEST_F(StatisticsReader, KeepsAllOldValuesOfASilentToolAndOfWords)
     EXPECT_EQ(measure("no-such-tool-anywhere 2>/dev/null"), fifty(0.25F));
 }
 
-TEST_F(StatisticsReader, TakesHalfANumberAsFarAsItGoes)
+TEST_F(StatisticsReader, ReadsAnUnfinishedNumberAsFarAsItGoes)
 {
     std::vector<float> expected = fifty(0.25F);
     expected[0] = 0.5F;
@@ -221,7 +221,7 @@ TEST_F(StatisticsReader, TakesHalfANumberAsFarAsItGoes)
     EXPECT_EQ(measure(stub("say '0.5 -'")), expected) << "a sign alone is no number";
 }
 
-TEST_F(StatisticsReader, TakesWhatIsNoOrdinaryNumber)
+TEST_F(StatisticsReader, TakesNanInfinityAndHexadecimals)
 {
     const std::vector<float> values = measure(stub("say 'nan inf -inf 1e30 1e300 0x10'"));
     EXPECT_TRUE(std::isnan(values[0]));
@@ -238,7 +238,7 @@ TEST_F(StatisticsReader, ReadsNothingBehindTheFiftiethNumber)
     EXPECT_EQ(measure(stub("numbers 50 0.5 write 10000000")), fifty(0.5F));
 }
 
-TEST_F(StatisticsReader, LeavesAToolThatLivesOnBehind)
+TEST_F(StatisticsReader, LeavesAToolThatLivesOn)
 {
     const scratch_directory place;
     EXPECT_EQ(measure(stub("numbers 50 0.5 shut await " + place.file("go"))), fifty(0.5F));
@@ -263,7 +263,7 @@ TEST_F(StatisticsReader, StaysWithAToolThatNeverEnds)
     vimbo::release_command(run.job.pipe);
 }
 
-TEST_F(StatisticsReader, IsLetGoFromAToolThatPrintsForever)
+TEST_F(StatisticsReader, LeavesAToolThatPrintsForever)
 {
     const scratch_directory place;
     background_run run(stub("numbers 50 0.5 say end flood " + place.file("end")),

@@ -14,7 +14,7 @@ std::string line_of(const char *command)
     return line;
 }
 
-TEST(ShellLine, IsTheCommandWhereNothingIsQuoted)
+TEST(ShellLine, IsTheCommandItselfWhereNothingIsQuoted)
 {
     for (const char *command : {"", "mero -S /tmp//vimbo", "a $HOME `b` $(c)", "a\\\"", "a\\ b"})
         EXPECT_EQ(line_of(command), command);
@@ -35,7 +35,7 @@ TEST(ShellLine, ClosesAQuoteThatIsLeftOpen)
     EXPECT_EQ(line_of("\"it's"), "\"it's\"");
 }
 
-TEST(ShellLine, TakesWhatIsInDoubleQuotesAsItStands)
+TEST(ShellLine, KeepsWhatIsInDoubleQuotesLiteral)
 {
     EXPECT_EQ(line_of("plimb \"a$HOME/`id`/$(id)/b\\c"),
               "plimb \"a\\$HOME/\\`id\\`/\\$(id)/b\\\\c\"");
@@ -45,7 +45,7 @@ TEST(ShellLine, TakesWhatIsInDoubleQuotesAsItStands)
     EXPECT_EQ(line_of("\"a!\n*~\t'#"), "\"a!\n*~\t'#\"");
 }
 
-TEST(ShellLine, LeavesSingleQuotesToTheShell)
+TEST(ShellLine, LeavesSingleQuotedTextUnchanged)
 {
     EXPECT_EQ(line_of("'\"' $a"), "'\"' $a");
     EXPECT_EQ(line_of("'\""), "'\"");

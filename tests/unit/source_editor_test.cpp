@@ -1,4 +1,4 @@
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/scratch.hpp"
 #include "ui/fixed_text.hpp"
 
@@ -11,7 +11,7 @@
 namespace
 {
 
-using namespace bench;
+using namespace rig;
 
 class SourceEditor : public testing::Test
 {
@@ -20,31 +20,31 @@ protected:
     {
         write_file(place.file("source"), text);
         vimbo::load_source(editor(), place.file("source").c_str());
-        bench.frame();
+        panels.frame();
     }
     // The beginning of the first line.
     void click_into()
     {
-        bench.frame();
-        const point toggle = *bench.find("|");
-        bench.click({14, 52});
+        panels.frame();
+        const point toggle = *panels.find("|");
+        panels.click({14, 52});
         ASSERT_LT(14, toggle.x);
     }
     void press(nk_keys key)
     {
-        bench.key(key);
-        bench.frame();
-        bench.frame();
+        panels.key(key);
+        panels.frame();
+        panels.frame();
     }
     void type(const std::string &text)
     {
-        bench.type(text);
-        bench.frame();
+        panels.type(text);
+        panels.frame();
     }
 
     vimbo::source_editor_state &editor()
     {
-        return bench.app().editor;
+        return panels.app().editor;
     }
     // All bytes that the editor holds, those below its end mark included.
     std::string shown()
@@ -60,7 +60,7 @@ protected:
         return editor().source_text;
     }
 
-    panel_bench bench;
+    panel_rig panels;
     scratch_directory place;
 };
 
@@ -88,11 +88,11 @@ TEST_F(SourceEditor, BringsTheLastSourceAgainWhenAFileCannotBeOpened)
 {
     load("one");
     vimbo::load_source(editor(), place.file("missing").c_str());
-    bench.frame();
+    panels.frame();
     EXPECT_EQ(saved(), "one");
 }
 
-TEST_F(SourceEditor, CutsASavedTextByItsBytesBeyondItsCharacters)
+TEST_F(SourceEditor, CutsAsManyBytesOffASavedTextAsItHasMoreThanCharacters)
 {
     load("µm and µm");
     EXPECT_EQ(saved(), std::string("µm and µm").substr(0, 9));
@@ -138,8 +138,8 @@ TEST_F(SourceEditor, KeepsItsHistoryAcrossClicksElsewhere)
     load("one");
     click_into();
     type("x");
-    bench.click("+");
-    bench.click("!");
+    panels.click("+");
+    panels.click("!");
     click_into();
     press(NK_KEY_TEXT_UNDO);
     EXPECT_EQ(saved(), "one");
@@ -155,8 +155,8 @@ TEST_F(SourceEditor, KeepsItsPlaceWhenItIsClickedAgain)
     press(NK_KEY_TEXT_END);
     const float scrolled = editor().source_edit.scrollbar.y;
     EXPECT_GT(scrolled, 0);
-    bench.click("+");
-    bench.click("!");
+    panels.click("+");
+    panels.click("!");
     click_into();
     EXPECT_EQ(editor().source_edit.scrollbar.y, scrolled);
     EXPECT_GT(editor().source_edit.cursor, 0);
@@ -170,10 +170,10 @@ TEST_F(SourceEditor, ShowsTheCursorAtOnceHoweverLongTheLine)
         click_into();
         press(NK_KEY_TEXT_END);
         const float width = static_cast<float>(length) * glyph_width;
-        const float toggle = static_cast<float>(bench.find("|")->x);
+        const float toggle = static_cast<float>(panels.find("|")->x);
         const auto line = std::ranges::find_if(
-            bench.texts(), [&](const drawn_text &text) { return text.bounds.w == width; });
-        ASSERT_NE(line, bench.texts().end()) << "the line's width is cut";
+            panels.texts(), [&](const drawn_text &text) { return text.bounds.w == width; });
+        ASSERT_NE(line, panels.texts().end()) << "the line's width is cut";
         const float end = line->bounds.x + width;
         EXPECT_LT(end, toggle) << length;
         EXPECT_GT(end, toggle / 2) << length;
@@ -281,7 +281,7 @@ TEST_F(SourceEditor, PastesCharactersOfSeveralBytesWhole)
 {
     load("");
     click_into();
-    bench.clipboard = "µm µm";
+    panels.clipboard = "µm µm";
     press(NK_KEY_PASTE);
     EXPECT_EQ(shown(), "µm µm");
     EXPECT_EQ(editor().source_edit.cursor, 5);
@@ -293,19 +293,19 @@ TEST_F(SourceEditor, PastesWhatFits)
 {
     load(std::string(65530, 'x'));
     click_into();
-    bench.clipboard = "µµµµµµ";
+    panels.clipboard = "µµµµµµ";
     press(NK_KEY_PASTE);
     EXPECT_EQ(shown().size(), 65534U);
     EXPECT_EQ(shown().substr(0, 6), "µµxx");
 }
 
-TEST_F(SourceEditor, TakesNoNextFocusAfterSaveAs)
+TEST_F(SourceEditor, DoesNotInheritTheFocusOfTheNameFieldAfterSaveAs)
 {
     load("one");
-    vimbo::set_text(bench.app().bar.source_path, place.file("copy"));
-    bench.click("+");
-    bench.frame();
-    bench.click("copy");
+    vimbo::set_text(panels.app().bar.source_path, place.file("copy"));
+    panels.click("+");
+    panels.frame();
+    panels.click("copy");
     press(NK_KEY_ENTER);
     EXPECT_EQ(read_file(place.file("copy")), "one");
     type("lost");

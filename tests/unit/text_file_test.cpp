@@ -14,9 +14,9 @@
 namespace
 {
 
-using bench::read_file;
-using bench::scratch_directory;
-using bench::write_file;
+using rig::read_file;
+using rig::scratch_directory;
+using rig::write_file;
 using vimbo::source_capacity;
 
 struct source_buffer {
@@ -52,7 +52,7 @@ TEST_F(TextFile, IsCutAtTheCapacity)
     EXPECT_EQ(read(place.file("a")), std::string(source_capacity, 'q'));
 }
 
-TEST_F(TextFile, LeavesNothingOfALongerOneBefore)
+TEST_F(TextFile, LeavesNothingOfALongerFileReadBefore)
 {
     write_file(place.file("long"), std::string(1000, 'l'));
     write_file(place.file("short"), "s");
@@ -62,7 +62,7 @@ TEST_F(TextFile, LeavesNothingOfALongerOneBefore)
                             [](char byte) { return byte == '\0'; }));
 }
 
-TEST_F(TextFile, KeepsTheOneBeforeWhenItCannotBeOpened)
+TEST_F(TextFile, KeepsTheFormerTextWhenItCannotBeOpened)
 {
     write_file(place.file("a"), "kept");
     read(place.file("a"));
@@ -71,7 +71,7 @@ TEST_F(TextFile, KeepsTheOneBeforeWhenItCannotBeOpened)
     EXPECT_EQ(read("/dev/zero"), "kept") << "a device is no text";
 }
 
-TEST_F(TextFile, DoesNotWaitAtAPipe)
+TEST_F(TextFile, IsNotReadFromAPipeNorWaitedForThere)
 {
     write_file(place.file("a"), "kept");
     read(place.file("a"));
@@ -86,14 +86,14 @@ TEST_F(TextFile, KeepsZeroBytesInItsBuffer)
     EXPECT_EQ(buffer->bytes[3], 'c');
 }
 
-TEST_F(TextFile, IsWrittenAsItStands)
+TEST_F(TextFile, IsWrittenByteForByte)
 {
     const std::string text = "one\r\n\ttwo µm\n\nno line feed at the end";
     EXPECT_EQ(vimbo::write_text_file(place.file("a").c_str(), text.c_str()), 0);
     EXPECT_EQ(read_file(place.file("a")), text);
 }
 
-TEST_F(TextFile, ReplacesALongerOne)
+TEST_F(TextFile, ReplacesALongerFile)
 {
     write_file(place.file("a"), std::string(100000, 'x'));
     EXPECT_EQ(vimbo::write_text_file(place.file("a").c_str(), "short"), 0);
@@ -102,14 +102,14 @@ TEST_F(TextFile, ReplacesALongerOne)
     EXPECT_EQ(read_file(place.file("a")), "");
 }
 
-TEST_F(TextFile, OnAFullDiskIsAFailure)
+TEST_F(TextFile, FailsOnAFullDisk)
 {
     // A device has no room that could be reserved.
     EXPECT_EQ(vimbo::write_text_file("/dev/full", "few"), -1);
     EXPECT_EQ(vimbo::write_text_file("/dev/full", std::string(65535, 'm').c_str()), -1);
 }
 
-TEST_F(TextFile, ThatCannotBeCreatedIsAFailure)
+TEST_F(TextFile, FailsWhereItCannotBeCreated)
 {
     EXPECT_EQ(vimbo::write_text_file(place.file("no/such/place").c_str(), "a"), -1);
     EXPECT_EQ(vimbo::write_text_file(place.path().c_str(), "a"), -1);
@@ -137,7 +137,7 @@ TEST_F(TextFile, IsNotWrittenToAPipeThatNobodyReads)
     EXPECT_EQ(vimbo::write_text_file(place.file("pipe").c_str(), "a"), -1);
 }
 
-TEST_F(TextFile, DoesNotWaitForThePipesReader)
+TEST_F(TextFile, IsNotWrittenToAPipeThatIsReadNorWaitedForThere)
 {
     ASSERT_EQ(mkfifo(place.file("pipe").c_str(), 0600), 0);
     const int reader = open(place.file("pipe").c_str(), O_RDONLY | O_NONBLOCK);
@@ -149,7 +149,7 @@ TEST_F(TextFile, DoesNotWaitForThePipesReader)
     close(reader);
 }
 
-TEST_F(TextFile, ForOthersTakesTheLinksPlace)
+TEST_F(TextFile, ForAnotherProgramReplacesALinkInsteadOfFollowingIt)
 {
     write_file(place.file("precious"), "not to be touched");
     std::filesystem::create_symlink("precious", place.file("link"));

@@ -18,8 +18,8 @@
 namespace
 {
 
-using bench::scratch_directory;
-using bench::write_file;
+using rig::scratch_directory;
+using rig::write_file;
 using vimbo::entry_kind;
 
 struct visited {
@@ -150,7 +150,7 @@ TEST(WalkTree, FollowsALinkAtItsStart)
     EXPECT_EQ(walk(place.file("link")).kinds.count(place.file("link/file")), 1U);
 }
 
-TEST(WalkTree, AtAFileReportsIt)
+TEST(WalkTree, ReportsAFileThatItIsStartedAt)
 {
     const scratch_directory place;
     write_file(place.file("file"), "");
@@ -191,14 +191,14 @@ TEST(WalkTree, FindsAllOfATreeThatIsDeeperThanItHoldsOpen)
     const std::filesystem::path branch = down_the_chain(place.path(), 400) / "branch";
     std::filesystem::create_directory(branch);
     expected += 1 + make_chain(branch, 150);
-    const std::size_t descriptors = bench::open_descriptors(getpid());
+    const std::size_t descriptors = rig::open_descriptors(getpid());
     const descriptor_limit far_below_the_depth(260);
     const visited seen = walk(place.path().string());
     EXPECT_EQ(seen.order.size(), expected);
     EXPECT_EQ(seen.kinds.size(), expected) << "each once";
     const std::string deepest = down_the_chain(place.path(), 600).string();
     EXPECT_EQ(seen.kinds.at(deepest), entry_kind::directory);
-    EXPECT_EQ(bench::open_descriptors(getpid()), descriptors);
+    EXPECT_EQ(rig::open_descriptors(getpid()), descriptors);
 }
 
 TEST(WalkTree, OfATreeThatGoesAwayMeanwhileEnds)
@@ -206,7 +206,7 @@ TEST(WalkTree, OfATreeThatGoesAwayMeanwhileEnds)
     const scratch_directory place;
     std::filesystem::create_directory(place.file("tree"));
     const std::size_t all = 2 + make_chain(place.path() / "tree", 600);
-    const std::size_t descriptors = bench::open_descriptors(getpid());
+    const std::size_t descriptors = rig::open_descriptors(getpid());
     struct watched {
         const scratch_directory &place;
         std::string deepest;
@@ -223,7 +223,7 @@ TEST(WalkTree, OfATreeThatGoesAwayMeanwhileEnds)
         &watch);
     EXPECT_GT(watch.count, 600U);
     EXPECT_LT(watch.count, all) << "nothing rested, or went away";
-    EXPECT_EQ(bench::open_descriptors(getpid()), descriptors);
+    EXPECT_EQ(rig::open_descriptors(getpid()), descriptors);
 }
 
 TEST(WalkTree, LeavesOutPathsThatAreTooLong)

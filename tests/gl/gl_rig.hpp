@@ -5,12 +5,12 @@
 #include "mosaic/mosaic.hpp"
 #include "mosaic/path_vertex.hpp"
 #include "render/path_buffer.hpp"
-#include "tests/support/x_server.hpp" // colour
+#include "tests/support/image.hpp"
 
 #include <string>
 #include <vector>
 
-namespace bench
+namespace rig
 {
 
 /// What is drawn while it lives goes here. Pixels count from the bottom left.
@@ -51,4 +51,4 @@ inline constexpr colour mark = {255, 255, 255};
 inline constexpr colour jump = {128, 166, 217};
 inline constexpr colour outline = {217, 166, 115};
 
-} // namespace bench
+} // namespace rig

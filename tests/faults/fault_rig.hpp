@@ -1,9 +1,9 @@
-// A desk with a source open and a tray, on which something goes wrong; and disks
+// The panels with a source open and a tray, where something goes wrong; and disks
 // that fail.
 #pragma once
 
 #include "tests/faults/system_calls.hpp"
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/tool_path.hpp"
 
 #include <gtest/gtest.h>
@@ -11,14 +11,14 @@
 #include <string>
 #include <string_view>
 
-namespace bench
+namespace rig
 {
 
-class FaultDesk : public testing::Test
+class FaultRig : public testing::Test
 {
 protected:
-    FaultDesk();
-    ~FaultDesk() override;
+    FaultRig();
+    ~FaultRig() override;
 
     /// The text, the name of the open file and the tray are as the test had them
     /// last: as they were made, or as `text` and `open_file` say.
@@ -43,18 +43,18 @@ protected:
 
     std::string edited() const
     {
-        return desk.app().editor.source_text;
+        return panels.app().editor.source_text;
     }
     std::string open_path() const
     {
-        return desk.app().bar.source_path;
+        return panels.app().bar.source_path;
     }
 
     const scratch_directory place;
     const tool_path tools;
     std::string sources, tray;
     std::string text, open_file;
-    mutable panel_bench desk;
+    mutable panel_rig panels;
 };
 
 enum class disk_fault { full, quota, read_only };
@@ -91,4 +91,4 @@ public:
     without_privileges &operator=(const without_privileges &) = delete;
 };
 
-} // namespace bench
+} // namespace rig

@@ -1,10 +1,11 @@
-#include "tests/support/operator.hpp"
+#include "tests/support/ui_driver.hpp"
+#include "tests/support/wait.hpp"
 
 #include "ui/fixed_text.hpp"
 
 #include <stdexcept>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -17,7 +18,7 @@ point centre_of(const struct nk_rect &bounds)
 
 } // namespace
 
-desk_operator::desk_operator(x_server &screen, const desk &where)
+ui_driver::ui_driver(x_server &screen, const started_with &where)
     : server(screen), layout(where.width, where.height), source_directory(where.source_directory)
 {
     layout.app().bar.source_directory = source_directory.c_str();
@@ -25,7 +26,7 @@ desk_operator::desk_operator(x_server &screen, const desk &where)
     vimbo::initialise_panels(layout.app());
 }
 
-point desk_operator::place_of(std::string_view label, int nth)
+point ui_driver::place_of(std::string_view label, int nth)
 {
     layout.frame();
     // Columns that were added in a frame are there in the next.
@@ -36,7 +37,7 @@ point desk_operator::place_of(std::string_view label, int nth)
     return *at;
 }
 
-struct nk_rect desk_operator::bounds_of(std::string_view text)
+struct nk_rect ui_driver::bounds_of(std::string_view text)
 {
     place_of(text);
     for (const drawn_text &drawn : layout.texts())
@@ -45,19 +46,19 @@ struct nk_rect desk_operator::bounds_of(std::string_view text)
     return {};
 }
 
-void desk_operator::toggle(std::string_view label, int nth)
+void ui_driver::toggle(std::string_view label, int nth)
 {
     const point at = place_of(label, nth);
     layout.click(at);
     server.click(at);
 }
 
-void desk_operator::press(std::string_view label, int nth)
+void ui_driver::press(std::string_view label, int nth)
 {
     server.click(place_of(label, nth));
 }
 
-void desk_operator::choose(std::string_view combo, std::string_view item)
+void ui_driver::choose(std::string_view combo, std::string_view item)
 {
     const auto read = [](std::string_view text) {
         return [text](std::string_view drawn) { return drawn == text; };
@@ -65,7 +66,7 @@ void desk_operator::choose(std::string_view combo, std::string_view item)
     choose_where(read(combo), read(item));
 }
 
-void desk_operator::choose_starting(std::string_view combo, std::string_view item)
+void ui_driver::choose_starting(std::string_view combo, std::string_view item)
 {
     // Not the other way round: a narrow list shows of a long text what fits.
     const auto begins = [](std::string_view text) {
@@ -74,7 +75,7 @@ void desk_operator::choose_starting(std::string_view combo, std::string_view ite
     choose_where(begins(combo), begins(item));
 }
 
-void desk_operator::choose_where(const text_test &combo, const text_test &item)
+void ui_driver::choose_where(const text_test &combo, const text_test &item)
 {
     layout.frame();
     layout.frame();
@@ -89,7 +90,7 @@ void desk_operator::choose_where(const text_test &combo, const text_test &item)
     server.settle();
 }
 
-point desk_operator::first_of(const text_test &wanted) const
+point ui_driver::first_of(const text_test &wanted) const
 {
     for (const drawn_text &text : layout.texts())
         if (wanted(text.text))
@@ -98,7 +99,7 @@ point desk_operator::first_of(const text_test &wanted) const
 }
 
 // A list is drawn over, and so after, all else.
-point desk_operator::last_of(const text_test &wanted) const
+point ui_driver::last_of(const text_test &wanted) const
 {
     std::optional<point> found;
     for (const drawn_text &text : layout.texts())
@@ -109,36 +110,36 @@ point desk_operator::last_of(const text_test &wanted) const
     return *found;
 }
 
-void desk_operator::choose_mosaic(int index)
+void ui_driver::choose_mosaic(int index)
 {
     const std::string now = std::to_string(layout.app().mosaic.mosaic_index);
     choose(now, std::to_string(index));
 }
 
-point desk_operator::editor()
+point ui_driver::editor()
 {
     const point toggle = place_of("|");
     return {toggle.x / 2, toggle.y};
 }
 
-struct nk_rect desk_operator::picture()
+struct nk_rect ui_driver::picture()
 {
     layout.frame();
     layout.frame();
     return layout.app().preview.rectangle;
 }
 
-void desk_operator::show_bottom()
+void ui_driver::show_bottom()
 {
     toggle("-", 1);
 }
 
-void desk_operator::show_preview()
+void ui_driver::show_preview()
 {
     toggle("|", 1);
 }
 
-void desk_operator::show_statistics()
+void ui_driver::show_statistics()
 {
     toggle("|", 0);
 }
@@ -154,4 +155,4 @@ unsigned long wait_for_window(x_server &screen)
     return window;
 }
 
-} // namespace bench
+} // namespace rig

@@ -1,4 +1,6 @@
-#include "tests/gl/gl_bench.hpp"
+#include "tests/gl/gl_rig.hpp"
+
+#include "tests/support/x_server.hpp"
 
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
@@ -6,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace bench
+namespace rig
 {
 
 canvas::canvas(int width, int height) : columns(width), rows(height)
@@ -77,7 +79,7 @@ std::vector<unsigned char> bytes_of_buffer(GLuint buffer)
     return bytes;
 }
 
-} // namespace bench
+} // namespace rig
 
 namespace
 {
@@ -92,7 +94,7 @@ bool make_context()
     glfwWindowHint(GLFW_CONTEXT_VERSION_MINOR, 3);
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     GLFWwindow *window =
-        glfwCreateWindow(bench::window_width, bench::window_height, "tests", nullptr, nullptr);
+        glfwCreateWindow(rig::window_width, rig::window_height, "tests", nullptr, nullptr);
     if (window == nullptr)
         return false;
     glfwMakeContextCurrent(window);
@@ -107,7 +109,7 @@ int main(int argument_count, char *arguments[])
     testing::InitGoogleTest(&argument_count, arguments);
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    const bench::x_server screen(640, 480);
+    const rig::x_server screen(640, 480);
     setenv("DISPLAY", screen.name().c_str(), 1);
     if (!make_context()) {
         std::fputs("no OpenGL 3.3 context\n", stderr);

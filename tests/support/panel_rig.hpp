@@ -4,6 +4,7 @@
 
 #include "app/app_state.hpp"
 #include "app/main_panel.hpp"
+#include "tests/support/point.hpp"
 #include "ui/flags.hpp"
 #include "ui/nuklear.hpp"
 
@@ -13,12 +14,8 @@
 #include <string_view>
 #include <vector>
 
-namespace bench
+namespace rig
 {
-
-struct point {
-    int x, y;
-};
 
 /// A text as the last frame drew it.
 struct drawn_text {
@@ -32,13 +29,13 @@ struct drawn_rectangle {
     struct nk_color colour;
 };
 
-class panel_bench
+class panel_rig
 {
 public:
-    panel_bench(int width = 1600, int height = 1240);
-    ~panel_bench();
-    panel_bench(const panel_bench &) = delete;
-    panel_bench &operator=(const panel_bench &) = delete;
+    panel_rig(int width = 1600, int height = 1240);
+    ~panel_rig();
+    panel_rig(const panel_rig &) = delete;
+    panel_rig &operator=(const panel_rig &) = delete;
 
     vimbo::app_state &app()
     {
@@ -93,4 +90,4 @@ private:
     bool button_down[NK_BUTTON_MAX] = {};
 };
 
-} // namespace bench
+} // namespace rig

@@ -1,10 +1,10 @@
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 
 #include "ui/clipboard.hpp"
 
 #include <stdexcept>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -26,14 +26,14 @@ struct nk_rect rect_of(const drawing &command)
 
 } // namespace
 
-panel_bench::panel_bench(int width, int height) : state(std::make_unique<vimbo::app_state>())
+panel_rig::panel_rig(int width, int height) : state(std::make_unique<vimbo::app_state>())
 {
     font.height = glyph_height;
     font.width = text_width;
     nk_init_default(&context, &font);
     context.clip.userdata = nk_handle_ptr(this);
     context.clip.paste = [](nk_handle user, nk_text_edit *edit) {
-        vimbo::paste_text(*edit, static_cast<panel_bench *>(user.ptr)->clipboard.c_str());
+        vimbo::paste_text(*edit, static_cast<panel_rig *>(user.ptr)->clipboard.c_str());
     };
     state->frame.context = &context;
     state->frame.window_width = width;
@@ -41,12 +41,12 @@ panel_bench::panel_bench(int width, int height) : state(std::make_unique<vimbo::
     vimbo::initialise_panels(*state);
 }
 
-panel_bench::~panel_bench()
+panel_rig::~panel_rig()
 {
     nk_free(&context);
 }
 
-void panel_bench::frame()
+void panel_rig::frame()
 {
     nk_input_begin(&context);
     nk_input_motion(&context, pointer.x, pointer.y);
@@ -68,7 +68,7 @@ void panel_bench::frame()
     nk_clear(&context);
 }
 
-void panel_bench::type_into_context()
+void panel_rig::type_into_context()
 {
     nk_rune character = 0;
     for (int at = 0; at < static_cast<int>(typed.size());) {
@@ -77,7 +77,7 @@ void panel_bench::type_into_context()
     }
 }
 
-void panel_bench::collect_drawing()
+void panel_rig::collect_drawing()
 {
     drawn.clear();
     filled.clear();
@@ -96,7 +96,7 @@ void panel_bench::collect_drawing()
     }
 }
 
-std::optional<point> panel_bench::find(std::string_view label, int nth) const
+std::optional<point> panel_rig::find(std::string_view label, int nth) const
 {
     for (const drawn_text &text : drawn)
         if (text.text == label && nth-- == 0)
@@ -105,24 +105,24 @@ std::optional<point> panel_bench::find(std::string_view label, int nth) const
     return std::nullopt;
 }
 
-void panel_bench::move(point to)
+void panel_rig::move(point to)
 {
     pointer = to;
 }
 
-void panel_bench::press(point at, nk_buttons button)
+void panel_rig::press(point at, nk_buttons button)
 {
     pointer = at;
     button_down[button] = true;
 }
 
-void panel_bench::release(point at, nk_buttons button)
+void panel_rig::release(point at, nk_buttons button)
 {
     pointer = at;
     button_down[button] = false;
 }
 
-void panel_bench::click(point at, nk_buttons button)
+void panel_rig::click(point at, nk_buttons button)
 {
     move(at);
     frame();
@@ -132,7 +132,7 @@ void panel_bench::click(point at, nk_buttons button)
     frame();
 }
 
-void panel_bench::click(std::string_view label, int nth)
+void panel_rig::click(std::string_view label, int nth)
 {
     frame();
     const std::optional<point> at = find(label, nth);
@@ -141,19 +141,19 @@ void panel_bench::click(std::string_view label, int nth)
     click(*at);
 }
 
-void panel_bench::scroll(float count)
+void panel_rig::scroll(float count)
 {
     notches = count;
 }
 
-void panel_bench::type(std::string_view text)
+void panel_rig::type(std::string_view text)
 {
     typed = text;
 }
 
-void panel_bench::key(nk_keys key)
+void panel_rig::key(nk_keys key)
 {
     pressed_key = key;
 }
 
-} // namespace bench
+} // namespace rig

@@ -1,26 +1,27 @@
-// Plays the operator: clicks the running program's widgets by their labels. It
+// Drives the running program as its operator does, by the labels of its widgets. It
 // lays the same panels out beside the program to know where they are.
 #pragma once
 
-#include "tests/support/panel_bench.hpp"
+#include "tests/support/panel_rig.hpp"
 #include "tests/support/x_server.hpp"
 
 #include <functional>
 #include <string>
 #include <string_view>
 
-namespace bench
+namespace rig
 {
 
-class desk_operator
+class ui_driver
 {
 public:
-    struct desk {
+    /// What the program was started with.
+    struct started_with {
         int width, height;
         std::string source_directory;
         std::string tray_directory;
     };
-    desk_operator(x_server &screen, const desk &where);
+    ui_driver(x_server &screen, const started_with &where);
 
     /// Where the nth widget labelled so lies now.
     point place_of(std::string_view label, int nth = 0);
@@ -48,7 +49,7 @@ public:
     void show_statistics();
 
     /// The panels that are laid out beside the program.
-    panel_bench &panels()
+    panel_rig &panels()
     {
         return layout;
     }
@@ -65,12 +66,12 @@ private:
     point last_of(const text_test &wanted) const;
 
     x_server &server;
-    panel_bench layout;
+    panel_rig layout;
     std::string source_directory;
 };
 
-/// What a desk operator needs of a running program: a window under its title,
+/// What a driver needs of a running program: a window under its title,
 /// with its first frame on the screen. It is attended from then on.
 unsigned long wait_for_window(x_server &screen);
 
-} // namespace bench
+} // namespace rig

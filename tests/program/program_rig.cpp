@@ -1,4 +1,6 @@
-#include "tests/program/desk.hpp"
+#include "tests/program/program_rig.hpp"
+#include "tests/support/program.hpp"
+#include "tests/support/wait.hpp"
 
 #include "tests/support/child_watch.hpp"
 
@@ -6,7 +8,7 @@
 
 #include <thread>
 
-namespace bench
+namespace rig
 {
 
 namespace
@@ -17,7 +19,7 @@ constexpr auto between_looks = std::chrono::milliseconds(50);
 
 } // namespace
 
-ProgramTest::ProgramTest()
+ProgramRig::ProgramRig()
 {
     std::filesystem::create_directories(place.file("src"));
     std::filesystem::create_directories(place.file("tray"));
@@ -25,7 +27,7 @@ ProgramTest::ProgramTest()
     std::filesystem::remove("/tmp/vimbo");
 }
 
-void ProgramTest::start(const start_options &how)
+void ProgramRig::start(const start_options &how)
 {
     const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
     screen = std::make_unique<x_server>();
@@ -33,41 +35,48 @@ void ProgramTest::start(const start_options &how)
         .arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"), "-w", size},
         .environment = {"DISPLAY=" + screen->name()},
         .directory = place.path().string(),
-        .output = place.file("output")};
+        .output = place.file("output"),
+        .errors = place.file("errors")};
     options.arguments.insert(options.arguments.end(), how.more.begin(), how.more.end());
     options.environment.insert(options.environment.end(), how.environment.begin(),
                                how.environment.end());
     vimbo = std::make_unique<program>(options);
     window = wait_for_window(*screen);
-    hand.emplace(*screen,
-                 desk_operator::desk{how.width, how.height, place.file("src"), place.file("tray")});
+    driver.emplace(*screen, ui_driver::started_with{how.width, how.height, place.file("src"),
+                                                    place.file("tray")});
     if (how.bottom || how.preview)
-        hand->show_bottom();
+        driver->show_bottom();
     if (how.preview)
-        hand->show_preview();
+        driver->show_preview();
     if (how.statistics)
-        hand->show_statistics();
+        driver->show_statistics();
     descriptors = open_descriptors(vimbo->id());
 }
 
-void ProgramTest::expect_good_end(const std::string &wanted)
+void ProgramRig::expect_good_end(const std::string &wanted)
 {
-    const auto as_at_the_start = [&] {
-        return children_of(vimbo->id()) > 0 || open_descriptors(vimbo->id()) <= descriptors;
+    constexpr std::size_t of_a_tool = 2; // its pipe's end and its process's
+    const pid_t id = vimbo->id();
+    const auto nothing_left = [&] {
+        return zombies_of(id) == 0 &&
+               open_descriptors(id) <= descriptors + of_a_tool * children_of(id);
     };
-    EXPECT_TRUE(wait_until(as_at_the_start))
-        << open_descriptors(vimbo->id()) << " descriptors are open, not " << descriptors;
+    EXPECT_TRUE(wait_until(nothing_left))
+        << open_descriptors(id) << " descriptors are open, " << descriptors
+        << " were at the start, for " << children_of(id) << " children, of which "
+        << zombies_of(id) << " have ended";
     screen->close_window(window);
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;
-    EXPECT_EQ(printed(), wanted);
+    EXPECT_EQ(printed(), "");
+    EXPECT_EQ(complaints(), wanted);
 }
 
-std::string ProgramTest::evaluated_text()
+std::string ProgramRig::evaluated_text()
 {
     tools.put("mero", "exit 0");
     std::filesystem::remove(tools.file("mero.arguments"));
-    hand->press("Evaluate");
+    driver->press("Evaluate");
     awaited_arguments("mero");
     // Its end has been taken once nothing of it is left.
     EXPECT_TRUE(wait_until([this] { return children_of(vimbo->id()) == 0; }));
@@ -75,7 +84,7 @@ std::string ProgramTest::evaluated_text()
     return read_file("/tmp/vimbo");
 }
 
-std::string ProgramTest::awaited_arguments(std::string_view tool)
+std::string ProgramRig::awaited_arguments(std::string_view tool)
 {
     const std::string noted = tools.file(std::string(tool) + ".arguments");
     EXPECT_TRUE(wait_until([&] { return std::filesystem::exists(noted); }))
@@ -83,7 +92,7 @@ std::string ProgramTest::awaited_arguments(std::string_view tool)
     return tools.arguments_of(tool);
 }
 
-int ProgramTest::count(const struct nk_rect &area, colour wanted) const
+int ProgramRig::count(const struct nk_rect &area, colour wanted) const
 {
     const image all = screen->screenshot();
     int found = 0;
@@ -93,12 +102,12 @@ int ProgramTest::count(const struct nk_rect &area, colour wanted) const
     return found;
 }
 
-int ProgramTest::count_in_picture(colour wanted)
+int ProgramRig::count_in_picture(colour wanted)
 {
-    return count(hand->picture(), wanted);
+    return count(driver->picture(), wanted);
 }
 
-bool ProgramTest::shows(colour wanted, int at_least)
+bool ProgramRig::shows(colour wanted, int at_least)
 {
     return wait_until([&] {
         std::this_thread::sleep_for(between_looks);
@@ -106,7 +115,7 @@ bool ProgramTest::shows(colour wanted, int at_least)
     });
 }
 
-bool ProgramTest::shows_none(colour wanted)
+bool ProgramRig::shows_none(colour wanted)
 {
     return wait_until([&] {
         std::this_thread::sleep_for(between_looks);
@@ -138,10 +147,11 @@ ended_run run_to_end(const std::vector<std::string> &arguments,
     program run({.arguments = arguments,
                  .environment = environment,
                  .directory = {},
-                 .output = place.file("output")});
+                 .output = place.file("output"),
+                 .errors = place.file("errors")});
     const int status = run.wait_for_end();
     return {status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1,
-            read_file(place.file("output"))};
+            read_file(place.file("output")), read_file(place.file("errors"))};
 }
 
-} // namespace bench
+} // namespace rig

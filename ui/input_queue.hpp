@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 
-struct GLFWwindow;
 struct nk_context;
 
 namespace vimbo
@@ -49,12 +48,5 @@ bool has_input(const input_queue &queue);
 
 /// True when the window was exposed since the last time.
 bool take_exposure(input_queue &queue);
-
-/// Has the window's events queued, in place of the backend's own callbacks, and
-/// the clipboard served. The queue must outlive the window.
-void watch_input(GLFWwindow *window, nk_context *context, input_queue &queue);
-
-/// The backend's new frame without its input.
-void begin_backend_frame(nk_context *context);
 
 } // namespace vimbo

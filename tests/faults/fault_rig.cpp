@@ -1,7 +1,7 @@
-#include "tests/faults/fault_desk.hpp"
+#include "tests/faults/fault_rig.hpp"
 
 #include "tests/support/child_watch.hpp"
-#include "tests/support/x_server.hpp" // wait_until
+#include "tests/support/wait.hpp"
 
 #include <sched.h>
 #include <sys/fsuid.h>
@@ -12,10 +12,10 @@
 #include <cstdio>
 #include <fstream>
 
-namespace bench
+namespace rig
 {
 
-FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
+FaultRig::FaultRig() : sources(place.file("src")), tray(place.file("tray"))
 {
     refused = {};
     clock_stands = 0;
@@ -25,7 +25,7 @@ FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
     std::filesystem::remove_all("/tmp/mero.end");
     std::filesystem::create_directory(sources);
     std::filesystem::create_directory(tray);
-    vimbo::app_state &app = desk.app();
+    vimbo::app_state &app = panels.app();
     app.bar.source_directory = sources.c_str();
     vimbo::initialise_panels(app);
     vimbo::choose_tray(app.frame, app.mosaic, tray.c_str());
@@ -33,7 +33,7 @@ FaultDesk::FaultDesk() : sources(place.file("src")), tray(place.file("tray"))
     open(sources + "/a.txt", "the text\nof two lines\n");
 }
 
-FaultDesk::~FaultDesk()
+FaultRig::~FaultRig()
 {
     refused = {};
     clock_stands = 0;
@@ -43,64 +43,64 @@ FaultDesk::~FaultDesk()
     EXPECT_TRUE(nothing_left());
 }
 
-void FaultDesk::open(const std::string &path, const std::string &content)
+void FaultRig::open(const std::string &path, const std::string &content)
 {
     write_file(path, content);
-    vimbo::open_source(desk.app().bar, desk.app().editor, path.c_str());
-    desk.frame();
+    vimbo::open_source(panels.app().bar, panels.app().editor, path.c_str());
+    panels.frame();
     text = content;
     open_file = path;
 }
 
-void FaultDesk::expect_as_before()
+void FaultRig::expect_as_before()
 {
     EXPECT_TRUE(edited() == text) << edited().substr(0, 1000);
     EXPECT_EQ(open_path(), open_file);
-    EXPECT_EQ(desk.app().mosaic.tray_directory, tray);
-    EXPECT_EQ(desk.app().mosaic.mosaic_path, tray + "/_mosaics/0.mmv");
+    EXPECT_EQ(panels.app().mosaic.tray_directory, tray);
+    EXPECT_EQ(panels.app().mosaic.mosaic_path, tray + "/_mosaics/0.mmv");
 }
 
-bool FaultDesk::finish()
+bool FaultRig::finish()
 {
     constexpr std::uint32_t running = vimbo::ui_flag::eval_running | vimbo::ui_flag::stats_running;
     return wait_until(
         [this] {
-            desk.frame();
-            return (desk.app().frame.ui_flags & running) == 0;
+            panels.frame();
+            return (panels.app().frame.ui_flags & running) == 0;
         },
         std::chrono::seconds(120));
 }
 
-std::string FaultDesk::run(std::string_view button)
+std::string FaultRig::run(std::string_view button)
 {
-    desk.click(button);
+    panels.click(button);
     EXPECT_TRUE(finish());
-    return desk.app().evaluation.eval_text;
+    return panels.app().evaluation.eval_text;
 }
 
-std::string FaultDesk::run_and_complaint(std::string_view button)
+std::string FaultRig::run_and_complaint(std::string_view button)
 {
     testing::internal::CaptureStderr();
     run(button);
     return testing::internal::GetCapturedStderr();
 }
 
-std::string FaultDesk::save_as(const std::string &name)
+std::string FaultRig::save_as(const std::string &name)
 {
-    desk.click("+");
-    desk.frame();
-    desk.click(std::filesystem::path(open_path()).filename().string());
-    desk.key(NK_KEY_TEXT_SELECT_ALL);
-    desk.frame();
-    desk.type(name);
-    desk.frame();
+    panels.click("+");
+    panels.frame();
+    panels.click(std::filesystem::path(open_path()).filename().string());
+    panels.key(NK_KEY_TEXT_SELECT_ALL);
+    panels.frame();
+    panels.type(name);
+    panels.frame();
     testing::internal::CaptureStderr();
-    desk.key(NK_KEY_ENTER);
-    desk.frame();
+    panels.key(NK_KEY_ENTER);
+    panels.frame();
     return testing::internal::GetCapturedStderr();
 }
 
-bool FaultDesk::nothing_left()
+bool FaultRig::nothing_left()
 {
     // Without a pause, as each frame drops no more than a pipe holds.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(120);
@@ -182,4 +182,4 @@ without_privileges::~without_privileges()
         setfsuid(0);
 }
 
-} // namespace bench
+} // namespace rig

@@ -1,10 +1,11 @@
-// The program at work on a desk of its own: a display, a folder with sources,
-// trays and tools, and an operator.
+// The installed program in surroundings of its own: a display, a folder with
+// sources, trays and tools, and a driver that plays the operator.
 #pragma once
 
-#include "tests/support/operator.hpp"
+#include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tool_path.hpp"
+#include "tests/support/ui_driver.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace bench
+namespace rig
 {
 
 inline constexpr colour picture_background = {110, 142, 190};
@@ -21,10 +22,10 @@ inline constexpr colour mark_colour = {255, 255, 255};
 inline constexpr colour outline_colour = {217, 166, 115};
 
 /// The program as it is installed, started on what the test has put in place.
-class ProgramTest : public testing::Test
+class ProgramRig : public testing::Test
 {
 protected:
-    ProgramTest();
+    ProgramRig();
 
     struct start_options {
         int width = 1200;
@@ -42,10 +43,11 @@ protected:
         start({});
     }
 
-    /// Asks the window to close and expects the end with status 0 and, unless
-    /// something else is named, nothing printed. Where no tool runs, the program
-    /// must have no more descriptors open than at its start.
-    void expect_good_end(const std::string &printed = {});
+    /// Asks the window to close and expects the end with status 0, nothing on
+    /// standard output and, unless something else is named, nothing on standard
+    /// error. The program must have no more descriptors open than at its start but
+    /// those of tools that still run, and have taken the end of all others.
+    void expect_good_end(const std::string &complaints = {});
 
     std::string source(const std::string &name) const
     {
@@ -55,9 +57,15 @@ protected:
     {
         return place.file(tray + "/_mosaics/" + std::to_string(index) + ".mmv");
     }
+    /// All of standard output.
     std::string printed() const
     {
         return read_file(place.file("output"));
+    }
+    /// All of standard error, the tools' included.
+    std::string complaints() const
+    {
+        return read_file(place.file("errors"));
     }
 
     /// The text that Evaluate hands over now; the bottom must be shown.
@@ -76,7 +84,7 @@ protected:
     const tool_path tools;
     std::unique_ptr<x_server> screen;
     std::unique_ptr<program> vimbo;
-    std::optional<desk_operator> hand;
+    std::optional<ui_driver> driver;
     unsigned long window = 0;
     std::size_t descriptors = 0;
 };
@@ -88,8 +96,9 @@ std::string square_mosaic(int half_side);
 struct ended_run {
     int exit_code; // -1: it did not end, or not by itself
     std::string printed;
+    std::string complaints;
 };
 ended_run run_to_end(const std::vector<std::string> &arguments,
                      const std::vector<std::string> &environment);
 
-} // namespace bench
+} // namespace rig
