@@ -1,5 +1,6 @@
 // Trays whose names mean something to a shell, and the tools that are told of them.
 #include "tests/program/program_rig.hpp"
+#include "tests/support/wait.hpp"
 
 namespace
 {
