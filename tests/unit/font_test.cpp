@@ -73,11 +73,11 @@ TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const auto &[character, blanks] : {std::pair('\t', 4.0F), std::pair('\r', 1.0F)}) {
-        const auto code = static_cast<nk_rune>(character);
-        EXPECT_EQ(glyph(code).codepoint, code);
-        EXPECT_EQ(glyph(code).xadvance, blanks * glyph(' ').xadvance);
-        EXPECT_EQ(glyph(code).w, glyph(' ').w);
+    for (const auto &[character, blanks] :
+         {std::pair(nk_rune{'\t'}, 4.0F), std::pair(nk_rune{'\r'}, 1.0F)}) {
+        EXPECT_EQ(glyph(character).codepoint, character);
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance);
+        EXPECT_EQ(glyph(character).w, glyph(' ').w);
     }
 }
 
