@@ -91,15 +91,22 @@ float drag_scroll(float at, float least, float most, float row_height, float sec
            per_second * beyond * seconds;
 }
 
-void drag(const nk_context *context, nk_text_edit &edit, const editor_view &view,
-          const editor_mouse &mouse, float seconds)
+// True when it scrolled.
+bool scroll_beyond_edge(const nk_context *context, nk_text_edit &edit, const editor_view &view,
+                        float seconds)
 {
     const struct nk_vec2 at = context->input.mouse.pos;
     const struct nk_rect &area = view.area;
-    scroll_by(edit, view, *context->style.font,
-              nk_vec2(drag_scroll(at.x, area.x, area.x + area.w, view.row_height, seconds),
-                      drag_scroll(at.y, area.y, area.y + area.h, view.row_height, seconds)));
-    select_to(edit, mouse.anchor, range_at(edit, view, *context->style.font, at, mouse.presses));
+    return scroll_by(edit, view, *context->style.font,
+                     nk_vec2(drag_scroll(at.x, area.x, area.x + area.w, view.row_height, seconds),
+                             drag_scroll(at.y, area.y, area.y + area.h, view.row_height, seconds)));
+}
+
+void drag(const nk_context *context, nk_text_edit &edit, const editor_view &view,
+          const editor_mouse &mouse)
+{
+    select_to(edit, mouse.anchor,
+              range_at(edit, view, *context->style.font, context->input.mouse.pos, mouse.presses));
 }
 
 } // namespace
@@ -112,6 +119,8 @@ void follow_mouse(nk_context *context, nk_text_edit &edit, const editor_view &vi
         return;
     }
     const nk_input &input = context->input;
+    bool scrolled = scroll_by(edit, view, *context->style.font,
+                              wheel_scroll(context, view.bounds, view.row_height));
     if (nk_input_is_mouse_pressed(&input, NK_BUTTON_LEFT) != 0) {
         press(context, edit, view, mouse);
         // The toolkit clears cursor, selection and place when a press activates an
@@ -120,12 +129,13 @@ void follow_mouse(nk_context *context, nk_text_edit &edit, const editor_view &vi
                      view.bounds.w, view.bounds.h))
             nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
     } else if (mouse.dragging && nk_input_is_mouse_down(&input, NK_BUTTON_LEFT) != 0) {
-        drag(context, edit, view, mouse, seconds);
+        scrolled |= scroll_beyond_edge(context, edit, view, seconds);
+        // Keys may move the cursor while the pointer stands still.
+        if (scrolled || input.mouse.delta.x != 0 || input.mouse.delta.y != 0)
+            drag(context, edit, view, mouse);
     } else {
         mouse.dragging = false;
     }
-    scroll_by(edit, view, *context->style.font,
-              wheel_scroll(context, view.bounds, view.row_height));
 }
 
 void lay_out_edit(nk_context *context, nk_text_edit &edit, const editor_view &view,

@@ -228,6 +228,18 @@ TEST_F(EditorMouse, AClickWithShiftExtendsTheSelection)
     EXPECT_EQ(selected(), "one ") << "around where it began";
 }
 
+TEST_F(EditorMouse, AKeyMovesTheCursorWhileTheButtonIsHeldOnTheSpot)
+{
+    set("one two");
+    lay_out();
+    move(place(0, 5));
+    button(true, place(0, 5));
+    lay_out_all();
+    edit.cursor = edit.select_start = edit.select_end = 1;
+    lay_out(0.1F);
+    EXPECT_EQ(edit.cursor, 1);
+}
+
 TEST_F(EditorMouse, TheRightButtonLeavesCursorAndSelection)
 {
     set("one two three");
