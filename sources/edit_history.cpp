@@ -82,7 +82,7 @@ bool extends_last(const edit_history &history, const edit_step &edit)
 
 void store(edit_history &history, std::string_view text)
 {
-    std::memcpy(history.bytes + history.byte_count, text.data(), text.size());
+    text.copy(history.bytes + history.byte_count, text.size()); // not memcpy: it may be empty
     history.byte_count += text.size();
 }
 

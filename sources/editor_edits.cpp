@@ -26,7 +26,7 @@ void splice(nk_text_edit &edit, std::size_t position, std::size_t removed,
     const std::string_view tail = edited_text(edit).substr(position + removed);
     const std::size_t inserted_end = position + inserted.size();
     std::memmove(text + inserted_end, tail.data(), tail.size());
-    std::memcpy(text + position, inserted.data(), inserted.size());
+    inserted.copy(text + position, inserted.size()); // not memcpy: it may be empty
     edit.string.buffer.allocated = inserted_end + tail.size();
     edit.string.len = character_count(edited_text(edit));
 }
