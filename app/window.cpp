@@ -1,6 +1,7 @@
 #include "app/window.hpp"
 
 #include "platform/exit_limit.hpp"
+#include "platform/window_system.hpp"
 #include "render/path_program.hpp"
 #include "ui/baked_font.hpp"
 #include "ui/clipboard.hpp"
@@ -38,9 +39,7 @@ void set_window_hints()
     // A second time on purpose: hints are set in their known order, and this one
     // changes nothing.
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
-    // What desktops match the window with.
-    glfwWindowHintString(GLFW_X11_CLASS_NAME, program_id);
-    glfwWindowHintString(GLFW_X11_INSTANCE_NAME, program_id);
+    hint_window_name(program_id);
 }
 
 // X tells places in a window by 16 bits with a sign, and the whole window is handed
@@ -79,6 +78,8 @@ GLFWwindow *open_wanted_window(const frame_state &frame)
 GLFWwindow *create_window(frame_state &frame)
 {
     GLFWwindow *window = open_wanted_window(frame);
+    if (window == nullptr && start_other_window_system())
+        window = open_wanted_window(frame);
     if (window == nullptr) {
         std::fputs("Failed to create the window\n", stderr);
         return nullptr;
@@ -97,7 +98,7 @@ GLFWwindow *create_window(frame_state &frame)
 GLFWwindow *open_window(app_state &app)
 {
     glfwSetErrorCallback(report_glfw_error);
-    if (glfwInit() == GLFW_FALSE) {
+    if (!start_window_system()) {
         // "GFLW" is what this line has always said; it stays.
         std::fputs("GFLW failed to init!\n", stderr);
         return nullptr;
@@ -137,6 +138,7 @@ bool has_gl_functions(unsigned int glew_answer)
 void close_window()
 {
     nk_glfw3_shutdown();
+    unwatch_pointer_entry();
     // GLFW takes the window away, then waits without end for the desktop's clipboard
     // manager to take over a text that was copied here.
     limit_exit_time();
