@@ -143,13 +143,15 @@ void begin_look(covered_pixels &covered, const pixel_range &range)
     covered.last_seen = range;
 }
 
-void see_row(covered_pixels &covered, int row, int first, int count, const std::uint32_t *depths,
+void see_row(covered_pixels &covered, int row, int first, std::span<const std::uint32_t> depths,
              std::uint32_t far)
 {
     std::uint64_t *words = covered.now + row_at(covered, row);
-    for (int i = 0; i < count; ++i) {
-        const auto nearer = static_cast<std::uint64_t>(depths[i] < far ? 1 : 0);
-        words[(first + i) / word_bits] |= nearer << ((first + i) % word_bits);
+    int column = first;
+    for (const std::uint32_t depth : depths) {
+        const auto nearer = static_cast<std::uint64_t>(depth < far ? 1 : 0);
+        words[column / word_bits] |= nearer << (column % word_bits);
+        ++column;
     }
 }
 

@@ -14,6 +14,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 namespace vimbo
 {
@@ -64,9 +65,9 @@ bool was_hidden(const covered_pixels &covered, const pixel_box &box);
 /// Begins a look at these pixels: what was seen becomes what was before.
 void begin_look(covered_pixels &covered, const pixel_range &range);
 
-/// Notes the depths of a row within that range: what is nearer than `far` is
-/// covered.
-void see_row(covered_pixels &covered, int row, int first, int count, const std::uint32_t *depths,
+/// Notes the depths of a row within that range, from column `first` on: what is
+/// nearer than `far` is covered.
+void see_row(covered_pixels &covered, int row, int first, std::span<const std::uint32_t> depths,
              std::uint32_t far);
 
 } // namespace vimbo

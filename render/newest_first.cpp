@@ -3,6 +3,8 @@
 #include "render/slice_pace.hpp"
 
 #include <algorithm>
+#include <cstddef>
+#include <span>
 
 namespace vimbo
 {
@@ -100,8 +102,11 @@ void read_depths(newest_first &pass, const picture_area &area)
             const int count = std::min(rows, range.top - row + 1);
             glReadPixels(area.x + left, area.y + row, width, count, GL_DEPTH_COMPONENT,
                          GL_UNSIGNED_INT, depths);
+            const auto row_size = static_cast<std::size_t>(width);
             for (int i = 0; i < count; ++i)
-                see_row(pass.covered, row + i, left, width, depths + i * width, half_depth);
+                see_row(pass.covered, row + i, left,
+                        std::span(depths).subspan(static_cast<std::size_t>(i) * row_size, row_size),
+                        half_depth);
         }
     }
 }

@@ -49,7 +49,8 @@ std::vector<path_vertex> short_hatch(int lines)
     std::vector<path_vertex> points;
     const int columns = 40;
     for (int i = 0; i < lines; ++i) {
-        const double x = (i * columns / lines - columns / 2.0) * millimetre;
+        const int column = i * columns / lines;
+        const double x = (column - columns / 2.0) * millimetre;
         const double y = ((static_cast<double>(i) * columns / lines) -
                           std::floor(static_cast<double>(i) * columns / lines) - 0.5) *
                          80 * millimetre;

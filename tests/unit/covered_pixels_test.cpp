@@ -29,10 +29,13 @@ protected:
     void look_at(const pixel_range &range, const std::vector<std::uint32_t> &depths)
     {
         begin_look(covered, range);
-        const int width = range.right - range.left + 1;
+        const auto width =
+            static_cast<std::size_t>(range.right) - static_cast<std::size_t>(range.left) + 1;
         for (int row = range.bottom; row <= range.top; ++row)
-            see_row(covered, row, range.left, width,
-                    &depths[static_cast<std::size_t>((row - range.bottom) * width)], far_away);
+            see_row(covered, row, range.left,
+                    std::span(depths).subspan(static_cast<std::size_t>(row - range.bottom) * width,
+                                              width),
+                    far_away);
     }
 
     void cover(int column, int row)
@@ -71,7 +74,7 @@ TEST_F(CoveredPixels, IncludeThoseThatADriverMayRoundInto)
 TEST_F(CoveredPixels, HideNothingThatOneOfThemMisses)
 {
     start(300, 40);
-    std::vector<std::uint32_t> depths(300 * 40, near_by);
+    std::vector<std::uint32_t> depths(std::size_t{300} * 40, near_by);
     const std::size_t missing = 17 * 300 + 191;
     depths[missing] = far_away;
     look_at({0, 0, 299, 39}, depths);
@@ -104,7 +107,7 @@ TEST_F(CoveredPixels, HideABoxExactlyWhenAllItsDiamondsAreCovered)
     int hidden = 0;
     for (int i = 0; i < 20000; ++i) {
         start(width, height);
-        std::vector<std::uint32_t> depths(width * height, near_by);
+        std::vector<std::uint32_t> depths(std::size_t{width} * height, near_by);
         for (int missing = 0; missing < 4; ++missing)
             depths[random() % depths.size()] = far_away;
         look_at({0, 0, width - 1, height - 1}, depths);
