@@ -12,7 +12,7 @@
 namespace rig
 {
 
-/// Made empty, removed with all it holds.
+/// Made empty, removed with all it holds. Its paths have '/' on every system.
 class scratch_directory
 {
 public:
@@ -27,7 +27,7 @@ public:
     }
     std::string file(std::string_view name) const
     {
-        return (root / name).string();
+        return (root / name).generic_string();
     }
 
 private:
