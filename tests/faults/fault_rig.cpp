@@ -1,5 +1,6 @@
 #include "tests/faults/fault_rig.hpp"
 
+#include "sources/path_name.hpp"
 #include "tests/support/child_watch.hpp"
 #include "tests/support/tools.hpp"
 #include "tests/support/wait.hpp"
@@ -31,6 +32,11 @@ FaultRig::~FaultRig()
     write_file(tools.file("go"), ""); // whatever still waits for it
     EXPECT_TRUE(finish());
     EXPECT_TRUE(nothing_left());
+}
+
+std::string FaultRig::open_name() const
+{
+    return vimbo::path_name_part(panels.app().bar.source_path);
 }
 
 void FaultRig::open(const std::string &path, const std::string &content)
@@ -79,7 +85,7 @@ std::string FaultRig::save_as(const std::string &name)
 {
     panels.click("+");
     panels.frame();
-    panels.click(std::filesystem::path(open_path()).filename().string());
+    panels.click(open_name());
     panels.key(NK_KEY_TEXT_SELECT_ALL);
     panels.frame();
     panels.type(name);

@@ -34,6 +34,9 @@ protected:
     /// print nothing there.
     std::string run_and_complaint(std::string_view button);
 
+    /// The name of the open file.
+    std::string open_name() const;
+
     /// Saves under this name through the bar: what that printed.
     std::string save_as(const std::string &name);
 

@@ -15,11 +15,6 @@ protected:
         return sources + '/' + name;
     }
 
-    std::string open_name() const
-    {
-        return std::filesystem::path(open_path()).filename().string();
-    }
-
     void open_list()
     {
         panels.click(open_name());
@@ -77,7 +72,7 @@ protected:
     void expect_passed_on(const std::string &name, const std::string &as)
     {
         tray = place.file(name);
-        std::filesystem::create_directory(tray);
+        std::filesystem::create_directory(utf8_path(tray));
         vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
         tools.put("mero", "exit 3");
         tools.put("plimb", "exit 3");
@@ -86,7 +81,7 @@ protected:
         const std::string path = place.file(as) + "/_mosaics/0.mmv\n";
         EXPECT_EQ(tools.arguments_of("mero"), "-s\n35.000000\n" + handed_text_path() + "\n" + path);
         EXPECT_EQ(tools.arguments_of("plimb"), path);
-        EXPECT_TRUE(std::filesystem::is_directory(tray + "/_mosaics"));
+        EXPECT_TRUE(std::filesystem::is_directory(utf8_path(tray + "/_mosaics")));
         expect_as_before();
     }
 };

@@ -25,6 +25,11 @@ scratch_directory::~scratch_directory()
     std::filesystem::remove_all(root, ignored);
 }
 
+std::filesystem::path utf8_path(std::string_view text)
+{
+    return std::u8string(text.begin(), text.end());
+}
+
 void write_file(const std::filesystem::path &path, std::string_view content)
 {
     std::filesystem::create_directories(path.parent_path());

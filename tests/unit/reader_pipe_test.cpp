@@ -241,8 +241,18 @@ TEST_F(StatisticsReader, ReadsNothingBehindTheFiftiethNumber)
 TEST_F(StatisticsReader, LeavesAToolThatLivesOn)
 {
     const scratch_directory place;
-    EXPECT_EQ(measure(stub("numbers 50 0.5 shut await " + place.file("go"))), fifty(0.5F));
     EXPECT_EQ(measure(stub("numbers 50 0.75 say next await " + place.file("go"))), fifty(0.75F));
+    write_file(place.file("go"), "");
+    EXPECT_TRUE(wait_until([] {
+        vimbo::collect_released_commands();
+        return children_of(getpid()) == 0;
+    }));
+}
+
+TEST_F(StatisticsReader, LeavesAToolThatClosedItsOutput)
+{
+    const scratch_directory place;
+    EXPECT_EQ(measure(stub("numbers 50 0.5 shut await " + place.file("go"))), fifty(0.5F));
     write_file(place.file("go"), "");
     EXPECT_TRUE(wait_until([] {
         vimbo::collect_released_commands();

@@ -77,7 +77,7 @@ TEST_F(TextFile, ReplacesALongerFile)
 TEST_F(TextFile, FailsWhereItCannotBeCreated)
 {
     EXPECT_EQ(vimbo::write_text_file(place.file("no/such/place").c_str(), "a"), -1);
-    EXPECT_EQ(vimbo::write_text_file(place.path().c_str(), "a"), -1);
+    EXPECT_EQ(vimbo::write_text_file(place.path().string().c_str(), "a"), -1);
     EXPECT_EQ(vimbo::write_text_file("", "a"), -1);
 }
 

@@ -10,25 +10,20 @@ namespace
 
 using namespace rig;
 
-std::filesystem::path wide_path(const std::string &path)
-{
-    return std::u8string(path.begin(), path.end());
-}
-
 TEST_F(FaultySource, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
 {
     const std::string names[] = {
         "with blanks in it", "'single' quotes", "%PATH% ^ & (b)", "Δίσκος", "盤面", "-r"};
     for (const std::string &name : names) {
-        write_file(wide_path(source(name)), "text of " + name);
+        write_file(utf8_path(source(name)), "text of " + name);
         pick_and_expect(name, "text of " + name);
         EXPECT_EQ(save_as(name + "2"), "");
-        EXPECT_EQ(read_file(wide_path(source(name + "2"))), "text of " + name);
+        EXPECT_EQ(read_file(utf8_path(source(name + "2"))), "text of " + name);
         open_file = source(name + "2");
         expect_as_before();
         panels.click("-");
         panels.click("!");
-        EXPECT_FALSE(std::filesystem::exists(wide_path(source(name + "2"))));
+        EXPECT_FALSE(std::filesystem::exists(utf8_path(source(name + "2"))));
         open_file = "-";
         expect_as_before();
         write_file(source("a.txt"), "the text");
@@ -39,7 +34,7 @@ TEST_F(FaultySource, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
 TEST_F(FaultySource, HeldByAnotherProgramIsNotOpenedNorSavedOver)
 {
     write_file(source("held"), "somebody else's");
-    HANDLE held = CreateFileW(wide_path(source("held")).c_str(), GENERIC_READ, 0, nullptr,
+    HANDLE held = CreateFileW(utf8_path(source("held")).c_str(), GENERIC_READ, 0, nullptr,
                               OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(held, INVALID_HANDLE_VALUE);
     EXPECT_EQ(save_as("held"), "error: unable to save.\n");
@@ -67,12 +62,12 @@ TEST_F(FaultySource, InAFileOfItsOwnNamesStreamIsNotSaved)
 TEST_F(FaultySource, ThatIsReadOnlyIsNotSavedOver)
 {
     write_file(source("fixed"), "kept");
-    SetFileAttributesW(wide_path(source("fixed")).c_str(), FILE_ATTRIBUTE_READONLY);
+    SetFileAttributesW(utf8_path(source("fixed")).c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(save_as("fixed"), "error: unable to save.\n");
     open_file = source("fixed");
     expect_as_before();
     EXPECT_EQ(read_file(source("fixed")), "kept");
-    SetFileAttributesW(wide_path(source("fixed")).c_str(), FILE_ATTRIBUTE_NORMAL);
+    SetFileAttributesW(utf8_path(source("fixed")).c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_F(TrayName, WithAnyCharacterThatNamesMayHaveReachesTheToolsUnchanged)

@@ -84,7 +84,9 @@ TEST_F(NotedCommand, GetsNamesOfVariablesAsTheyAre)
     EXPECT_EQ(arguments_of("\"%VIMBO_TEST%/0.mmv\""), "%VIMBO_TEST%/0.mmv\n");
     EXPECT_EQ(arguments_of("\"%PATH%"), "%PATH%\n");
     EXPECT_EQ(arguments_of("\"100%\""), "100%\n");
-    EXPECT_EQ(arguments_of("\"%VIMBO_COMMAND%\""), "%VIMBO_COMMAND%\n");
+    EXPECT_EQ(arguments_of("\"50%-100% ^ a!b\""), "50%-100% ^ a!b\n");
+    EXPECT_EQ(arguments_of("\"%PATH%;%VIMBO_TEST%"), "%PATH%;%VIMBO_TEST%\n");
+    EXPECT_EQ(arguments_of("\"%VIMBO_PERCENT%\""), "%VIMBO_PERCENT%\n");
     EXPECT_EQ(arguments_of("\"!VIMBO_TEST!\""), "!VIMBO_TEST!\n");
 }
 
@@ -102,8 +104,8 @@ TEST_F(NotedCommand, GetsEveryCharacterOfUnicode)
 TEST_F(NotedCommand, FindsNoVariableOfOursAfterwards)
 {
     arguments_of("x");
-    EXPECT_EQ(std::getenv("VIMBO_COMMAND"), nullptr);
-    EXPECT_EQ(run("set VIMBO_COMMAND 2>nul").output.find("NoDefault"), std::string::npos);
+    EXPECT_EQ(std::getenv("VIMBO_PERCENT"), nullptr);
+    EXPECT_EQ(std::getenv("NoDefaultCurrentDirectoryInExePath"), nullptr);
 }
 
 } // namespace
