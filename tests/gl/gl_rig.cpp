@@ -1,5 +1,6 @@
 #include "tests/gl/gl_rig.hpp"
 
+#include "tests/support/golden.hpp"
 #include "tests/support/x_server.hpp"
 
 #include <GLFW/glfw3.h>
@@ -7,6 +8,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 
 namespace rig
 {
@@ -77,6 +79,29 @@ std::vector<unsigned char> bytes_of_buffer(GLuint buffer)
     std::vector<unsigned char> bytes(static_cast<std::size_t>(size));
     glGetBufferSubData(GL_ARRAY_BUFFER, 0, size, bytes.data());
     return bytes;
+}
+
+image window_image(const std::vector<unsigned char> &pixels)
+{
+    image picture = blank_image(window_width, window_height, {});
+    for (int y = 0; y < window_height; ++y)
+        for (int x = 0; x < window_width; ++x) {
+            const auto at =
+                static_cast<std::size_t>((window_height - 1 - y) * window_width + x) * 4;
+            picture.at(x, y) = {pixels[at], pixels[at + 1], pixels[at + 2]};
+        }
+    return picture;
+}
+
+std::string save_difference(const image &wanted, const image &drawn)
+{
+    const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path folder = "differences";
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path file =
+        folder / (std::string(test->test_suite_name()) + '.' + test->name() + ".png");
+    save_png(side_by_side(wanted, drawn, compare(wanted, drawn, 0)), file.string());
+    return std::filesystem::absolute(file).string();
 }
 
 } // namespace rig

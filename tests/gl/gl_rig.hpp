@@ -41,6 +41,13 @@ int live_objects();
 
 std::vector<unsigned char> bytes_of_buffer(GLuint buffer);
 
+/// What glReadPixels has given of the whole window, RGBA, as a picture.
+image window_image(const std::vector<unsigned char> &pixels);
+
+/// Leaves the wanted picture, the drawn one and where they differ side by side in a
+/// file of the running test's name; gives the file's path.
+std::string save_difference(const image &wanted, const image &drawn);
+
 /// Size of the context's own window.
 inline constexpr int window_width = 600;
 inline constexpr int window_height = 440;

@@ -7,6 +7,7 @@
 #include "tests/support/tools.hpp"
 
 #include <gtest/gtest.h>
+#include <stdio_ext.h>
 #include <unistd.h>
 
 #include <array>
@@ -117,6 +118,23 @@ TEST_F(Command, EndsItsStreamThoughAnotherProcessHoldsThePipe)
     EXPECT_EQ(result.output, "startedended");
     EXPECT_EQ(result.status, 3);
     write_file(place.file("go"), "");
+}
+
+TEST_F(Command, GivesWhatAProcessPrintsThatItLeftBehindASecondBefore)
+{
+    // A third of that second, or the test would fail on a machine that is busy.
+    FILE *stream = vimbo::open_command("(sleep 0.3; echo late) & echo early");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(read_all(stream), "early\nlate\n");
+    EXPECT_EQ(vimbo::close_command(stream), 0);
+}
+
+TEST_F(Command, TakesNoLockForItsStreamThatTheProgramsEndWouldWaitFor)
+{
+    FILE *stream = vimbo::open_command("exit 0");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(__fsetlocking(stream, FSETLOCKING_QUERY), FSETLOCKING_BYCALLER);
+    vimbo::close_command(stream);
 }
 
 TEST_F(Command, EndsItsStreamWhenItClosesItsOutputAndLivesOn)

@@ -107,12 +107,16 @@ TEST_F(History, ForgetsWhatWasUndoneWithTheNextEdit)
 
 TEST_F(History, KeepsCharactersOfSeveralBytesWhole)
 {
-    edit("µm");
-    edit("µn"); // the last byte differs
-    edit("¶n"); // the second byte of the first character differs
-    ASSERT_TRUE(undo());
-    ASSERT_TRUE(undo());
-    EXPECT_EQ(text, "µm");
+    edit("aµm");
+    edit("a¶m"); // the second byte of the character differs
+    text_change change = {};
+    ASSERT_TRUE(take_undo(*history, change));
+    EXPECT_EQ(change.position, 1U) << "where the cursor goes";
+    EXPECT_EQ(change.removed, 2U);
+    EXPECT_EQ(change.inserted, "µ");
+    ASSERT_TRUE(take_redo(*history, change));
+    EXPECT_EQ(change.position, 1U);
+    EXPECT_EQ(change.inserted, "¶");
 }
 
 TEST_F(History, DropsItsOldestRecordsWhenItIsFull)
