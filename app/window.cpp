@@ -44,16 +44,46 @@ void set_window_hints()
     glfwWindowHintString(GLFW_X11_INSTANCE_NAME, program_id);
 }
 
-GLFWwindow *create_window(frame_state &frame)
+// X tells places in a window by 16 bits with a sign, and the whole window is handed
+// to it in one piece whose length has 32: it cuts larger ones or ends the program.
+// A negative size is a mistake of the program's to GLFW, which ends it too.
+bool can_be_asked_for(std::int32_t width, std::int32_t height)
 {
+    constexpr std::int32_t most = 32767;
+    constexpr std::int64_t most_pixels = std::int64_t{1} << 29; // of four bytes each
+    return width >= 0 && height >= 0 && width <= most && height <= most &&
+           std::int64_t{width} * height <= most_pixels;
+}
+
+// What lies beyond the driver's limit would stay empty.
+bool can_be_drawn(GLsizei width, GLsizei height)
+{
+    GLint most[2] = {};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most);
+    return width <= most[0] && height <= most[1];
+}
+
+// Null when there is no window of the wanted size to be had; its context is current.
+GLFWwindow *open_wanted_window(const frame_state &frame)
+{
+    if (!can_be_asked_for(frame.window_width, frame.window_height))
+        return nullptr;
     set_window_hints();
     GLFWwindow *window = glfwCreateWindow(frame.window_width, frame.window_height,
                                           "Orvanne Material Editor", nullptr, nullptr);
+    if (window == nullptr)
+        return nullptr;
+    glfwMakeContextCurrent(window);
+    return can_be_drawn(frame.window_width, frame.window_height) ? window : nullptr;
+}
+
+GLFWwindow *create_window(frame_state &frame)
+{
+    GLFWwindow *window = open_wanted_window(frame);
     if (window == nullptr) {
         std::fputs("Failed to create the window\n", stderr);
         return nullptr;
     }
-    glfwMakeContextCurrent(window);
     glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
     glViewport(0, 0, frame.window_width, frame.window_height);
     glewExperimental = GL_TRUE;

@@ -184,12 +184,23 @@ TEST_F(PreviewPanel, ReplaysFromTheStartWithTheRightButtonAStepAFrame)
 TEST_F(PreviewPanel, ReplaysOnlyWithThePointerOverTheWindow)
 {
     preview().replay_position = 10;
-    panels.move({-5, -5});
+    panels.move({-16384, -16384}); // as the window tells that it has left
     panels.frame();
     const std::size_t before = preview().replay_position;
     for (int i = 0; i < 10; ++i)
         panels.frame();
     EXPECT_EQ(preview().replay_position, before);
+}
+
+TEST_F(PreviewPanel, IsNotDrawnWhereTheSameFrameHidItBehindALayoutThatHadIt)
+{
+    vimbo::app_state &app = panels.app();
+    vimbo::main_panel(app);
+    ASSERT_TRUE(laid_out());
+    nk_clear(app.frame.context);
+    app.frame.ui_flags &= ~vimbo::ui_flag::bottom_shown;
+    vimbo::main_panel(app);
+    EXPECT_FALSE(laid_out());
 }
 
 TEST_F(PreviewPanel, KeepsItsViewWhileItIsHidden)

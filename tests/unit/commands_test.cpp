@@ -102,6 +102,13 @@ TEST_F(Command, RunsThoughItsQuoteIsLeftOpen)
     EXPECT_EQ(result.status, 0);
 }
 
+TEST_F(Command, KeepsWhatIsInDoubleQuotesLiteral)
+{
+    const std::string name = "a$HOME `id` $(id) ${PATH} \\ \\\\ \\$ \xff ! * 'x' #\n~";
+    EXPECT_EQ(run("printf '<%s>' \"" + name).output, '<' + name + '>');
+    EXPECT_EQ(run("printf '<%s>' \"" + name + "\" x").output, '<' + name + "><x>");
+}
+
 TEST_F(Command, InheritsNoDescriptorButItsPipe)
 {
     const std::string alone = run("ls /proc/self/fd").output;

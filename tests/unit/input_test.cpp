@@ -151,6 +151,9 @@ TEST_F(Input, ShowsAClickShorterThanAFrameAsPressAndRelease)
     button(false, 10, 20);
     motion(300, 300);
     layout();
+    EXPECT_EQ(context.input.mouse.pos.x, 10);
+    EXPECT_FALSE(nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT));
+    layout();
     EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_LEFT));
     EXPECT_EQ(context.input.mouse.pos.x, 10);
     layout();
@@ -158,6 +161,26 @@ TEST_F(Input, ShowsAClickShorterThanAFrameAsPressAndRelease)
     layout();
     EXPECT_EQ(context.input.mouse.pos.x, 300);
     EXPECT_FALSE(has_input(*queue));
+}
+
+TEST_F(Input, CountsAsDragWhatThePointerMovesBetweenPressAndReleaseAndNothingElse)
+{
+    motion(10, 20);
+    layout();
+    motion(50, 20);
+    button(true, 50, 20);
+    motion(80, 20);
+    motion(150, 20);
+    button(false, 150, 20);
+    motion(170, 20);
+    float dragged = 0;
+    for (int i = 0; i < 20 && has_input(*queue); ++i) {
+        layout();
+        if (nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT))
+            dragged += context.input.mouse.delta.x;
+    }
+    EXPECT_FALSE(has_input(*queue));
+    EXPECT_EQ(dragged, 100);
 }
 
 TEST_F(Input, LeavesAClickBehindTextForTheNextLayout)
