@@ -3,6 +3,7 @@
 // by the evaluator and by the statistics tool.
 #include "tests/faults/fault_rig.hpp"
 #include "tests/support/child_watch.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/wait.hpp"
 
 #include <sys/resource.h>
@@ -128,8 +129,8 @@ protected:
     void TearDown() override
     {
         const std::string told = testing::internal::GetCapturedStderr();
-        EXPECT_NE(told.find("mero"), std::string::npos) << told;
-        EXPECT_NE(told.find("plimb"), std::string::npos) << told;
+        EXPECT_TRUE(holds(told, "mero"));
+        EXPECT_TRUE(holds(told, "plimb"));
     }
 };
 

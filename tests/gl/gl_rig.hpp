@@ -13,7 +13,8 @@
 namespace rig
 {
 
-/// What is drawn while it lives goes here. Pixels count from the bottom left.
+/// What is drawn while it lives goes here. Pixels count from the bottom left. Where
+/// its test has failed, it leaves a picture of itself.
 class canvas
 {
 public:
@@ -23,6 +24,7 @@ public:
     canvas &operator=(const canvas &) = delete;
 
     colour at(int x, int y) const;
+    image as_image() const;
     /// How many pixels have this colour, or one that differs by rounding.
     int count(colour wanted) const;
 
@@ -41,11 +43,13 @@ int live_objects();
 
 std::vector<unsigned char> bytes_of_buffer(GLuint buffer);
 
-/// What glReadPixels has given of the whole window, RGBA, as a picture.
-image window_image(const std::vector<unsigned char> &pixels);
+/// What glReadPixels has given, RGBA, from the lowest row up.
+image image_of(const std::vector<unsigned char> &pixels, int width, int height);
 
-/// Leaves the wanted picture, the drawn one and where they differ side by side in a
-/// file of the running test's name; gives the file's path.
+/// Leaves a picture in a file of the running test's name; gives the file's path.
+std::string save_picture(const image &picture);
+
+/// The same of the wanted picture, the drawn one and where they differ, side by side.
 std::string save_difference(const image &wanted, const image &drawn);
 
 /// Size of the context's own window.

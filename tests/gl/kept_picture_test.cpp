@@ -109,7 +109,8 @@ protected:
     static std::string save_both(const pixels &drawn, const pixels &wanted)
     {
         return drawn == wanted ? "alike"
-                               : save_difference(window_image(wanted), window_image(drawn));
+                               : save_difference(image_of(wanted, window_width, window_height),
+                                                 image_of(drawn, window_width, window_height));
     }
 
     static int differing(const pixels &a, const pixels &b)

@@ -1,4 +1,5 @@
 #include "render/path_program.hpp"
+#include "tests/support/texts.hpp"
 
 #include "tests/gl/gl_rig.hpp"
 
@@ -120,7 +121,7 @@ TEST_F(PathProgram, ReportsAVertexShaderThatDoesNotCompile)
 {
     const outcome result = build(broken, fragment_source);
     EXPECT_EQ(result.program, 0U);
-    EXPECT_EQ(result.message.rfind("vertex shader error:\n", 0), 0U) << result.message;
+    EXPECT_TRUE(begins(result.message, "vertex shader error:\n"));
     EXPECT_GT(result.message.size(), 25U) << "the log is missing";
 }
 
@@ -128,7 +129,7 @@ TEST_F(PathProgram, ReportsAFragmentShaderThatDoesNotCompile)
 {
     const outcome result = build(vertex_source, broken);
     EXPECT_EQ(result.program, 0U);
-    EXPECT_EQ(result.message.rfind("fragment shader error:\n", 0), 0U) << result.message;
+    EXPECT_TRUE(begins(result.message, "fragment shader error:\n"));
     EXPECT_GT(result.message.size(), 27U) << "the log is missing";
 }
 
@@ -136,7 +137,7 @@ TEST_F(PathProgram, ReportsOnlyTheFirstOfTwoBrokenShaders)
 {
     const outcome result = build(broken, broken);
     EXPECT_EQ(result.program, 0U);
-    EXPECT_EQ(result.message.find("fragment"), std::string::npos) << result.message;
+    EXPECT_TRUE(lacks(result.message, "fragment"));
 }
 
 TEST_F(PathProgram, ReportsShadersThatDoNotLink)
@@ -145,7 +146,7 @@ TEST_F(PathProgram, ReportsShadersThatDoNotLink)
                                                 "void main() { clr = vec3(l, 0); }\n");
     EXPECT_EQ(result.program, 0U);
     EXPECT_NE(result.message, "");
-    EXPECT_EQ(result.message.find("shader error:"), std::string::npos) << result.message;
+    EXPECT_TRUE(lacks(result.message, "shader error:"));
 }
 
 TEST_F(PathProgram, IsZeroWhereTheDriverGivesNoObjects)

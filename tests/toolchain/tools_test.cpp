@@ -2,6 +2,7 @@
 // files they leave, how they end.
 #include "platform/commands.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
@@ -114,8 +115,7 @@ TEST_F(Mero, LeavesTheOldMosaicOnAFullDisk)
     const outcome result = run("trap '' XFSZ; ulimit -f 100; " VIMBO_MERO " -s 35 " +
                                place.file("source") + ' ' + place.file("0.mmv"));
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
-        << result.output;
+    EXPECT_TRUE(begins(result.output, "mero: cannot write " + place.file("0.mmv")));
     EXPECT_EQ(read_file(place.file("0.mmv")), "old");
     expect_nothing_but_source_and_mosaic();
 }
@@ -126,7 +126,7 @@ TEST_F(Mero, NamesTheLineOfAnError)
                                "\nmark(1e12, 0)", "\nos.exit(0)"}) {
         const outcome result = evaluate("-S", source);
         EXPECT_EQ(result.status, 1) << source;
-        EXPECT_NE(result.output.find("source:2:"), std::string::npos) << result.output;
+        EXPECT_TRUE(holds(result.output, "source:2:"));
     }
 }
 
@@ -141,7 +141,7 @@ TEST_F(Mero, GivesSourcesNoWayToFilesProcessesOrCompiledCode)
     EXPECT_EQ(result.status, 0) << result.output;
     const outcome compiled = evaluate("-S", "\x1bLuaT");
     EXPECT_EQ(compiled.status, 1);
-    EXPECT_TRUE(compiled.output.find("a binary chunk (mode is 't')") != std::string::npos)
+    EXPECT_TRUE(holds(compiled.output, "a binary chunk (mode is 't')"))
         << "compiled code is not refused as such: " << compiled.output;
 }
 
@@ -158,7 +158,7 @@ TEST_F(Mero, TakesCoordinatesUpToTheLimitAndNoFarther)
                                "mark(-2147483648.51, 0)", "mark(0, -2147483648.51)"}) {
         const outcome result = integrate(unit, beyond);
         EXPECT_EQ(result.status, 1) << beyond << " is taken";
-        EXPECT_TRUE(result.output.find("out of the range") != std::string::npos) << result.output;
+        EXPECT_TRUE(holds(result.output, "out of the range"));
     }
 }
 
@@ -235,7 +235,7 @@ TEST_F(Mero, ReportsWhatItCannotReadOrWrite)
     }
     const outcome result = evaluate("-s 35", square, "/no/such/place/0.mmv");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write beside /no/such/place/0.mmv", 0), 0U);
+    EXPECT_TRUE(begins(result.output, "mero: cannot write beside /no/such/place/0.mmv"));
 }
 
 TEST_F(Mero, RefusesACommandLineThatIsNotOneOfItsTwo)
@@ -244,7 +244,7 @@ TEST_F(Mero, RefusesACommandLineThatIsNotOneOfItsTwo)
          {"-x", "-s", "-s 0", "-s -1", "-s nan", "-s 3x", "-c", "-r", "-S -s 35", "-s 35 -r"}) {
         const outcome result = evaluate(options, square);
         EXPECT_EQ(result.status, 1) << options;
-        EXPECT_EQ(result.output.rfind("mero: usage: ", 0), 0U) << options;
+        EXPECT_TRUE(begins(result.output, "mero: usage: ")) << options;
     }
 }
 
@@ -393,10 +393,9 @@ TEST_F(Mero, ReportsAMosaicThatCannotBeRenamedIntoPlace)
     std::filesystem::create_directories(place.file("0.mmv"));
     const outcome result = integrate("-s 35", square);
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
-        << result.output;
+    EXPECT_TRUE(begins(result.output, "mero: cannot write " + place.file("0.mmv")));
     for (const auto &entry : std::filesystem::directory_iterator(place.path()))
-        EXPECT_EQ(entry.path().filename().string().find("0.mmv."), std::string::npos)
+        EXPECT_TRUE(lacks(entry.path().filename().string(), "0.mmv."))
             << "a half of it is left behind";
 }
 
@@ -408,8 +407,7 @@ TEST_F(Mero, ReportsThatItHasNoMemoryForMoves)
     const outcome result =
         run("ulimit -v 500000; exec " VIMBO_MERO " -S -r " + place.file("source"));
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.output.find("not enough memory for the moves"), std::string::npos)
-        << result.output;
+    EXPECT_TRUE(holds(result.output, "not enough memory for the moves"));
 }
 #endif
 
@@ -417,7 +415,7 @@ TEST_F(Mero, ReportsThatASourceTakesTooMuchMemory)
 {
     const outcome result = evaluate("-S", "string.rep('x', 0x7fffffff)");
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.output.find("not enough memory"), std::string::npos) << result.output;
+    EXPECT_TRUE(holds(result.output, "not enough memory"));
 }
 
 } // namespace
