@@ -49,12 +49,13 @@ void bake(const char *path)
     nk_font_atlas atlas = {};
     nk_font_atlas_init_default(&atlas);
     nk_font_atlas_begin(&atlas);
-    if (vimbo::add_font(&atlas, path) == nullptr)
+    if (vimbo::add_font(&atlas, path, vimbo::font_height) == nullptr)
         std::abort();
     int width = 0;
     int height = 0;
     if (nk_font_atlas_bake(&atlas, &width, &height, NK_FONT_ATLAS_ALPHA8) == nullptr)
         std::abort();
+    nk_font_atlas_end(&atlas, nk_handle_id(0), nullptr);
     nk_font_atlas_clear(&atlas);
 }
 

@@ -244,9 +244,13 @@ TEST_F(KeptPicture, DropsTheSlicesOfAnOlderView)
     for (int i = 1; i < 5; ++i) {
         kept.pace.vertices_per_second = 1;
         kept.pace.slice_vertices = 3000;
+        kept.pass_pace.slice_vertices = 3000;
+        kept.chunks.boxed_vertices = 0; // nothing is drawn in the frame itself
         preview.pan_x = 0.05F * static_cast<float>(i);
         draw_frame();
+        vimbo::draw_slice(kept, parts()); // the boxes
         vimbo::draw_slice(kept, parts());
+        EXPECT_TRUE(kept.pass.under_way);
         EXPECT_TRUE(vimbo::is_unfinished(kept));
     }
     finish();
@@ -278,25 +282,25 @@ TEST_F(KeptPicture, ShowsTheFormerPictureMovedWhileTheNewOneIsDrawn)
 TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
 {
     kept.pace.vertices_per_second = 1;
-    kept.pace.slice_vertices = 1500;
     draw_frame();
+    vimbo::draw_slice(kept, parts()); // the boxes
     int followed = 0;
     constexpr int most_slices = 100000;
     for (int i = 0; i < most_slices && vimbo::is_unfinished(kept); ++i) {
-        kept.pace.slice_vertices = 1500;
-        GLsync before = kept.pace.last_fence;
+        kept.pass_pace.slice_vertices = 1500;
+        GLsync before = kept.pass_pace.last_fence;
         vimbo::draw_slice(kept, parts());
-        EXPECT_EQ(glIsSync(kept.pace.last_fence), GL_TRUE);
-        if (before == nullptr || before == kept.pace.last_fence)
+        EXPECT_EQ(glIsSync(kept.pass_pace.last_fence), GL_TRUE);
+        if (before == nullptr || before == kept.pass_pace.last_fence)
             continue;
         EXPECT_EQ(glIsSync(before), GL_FALSE) << "after slice " << followed;
         ++followed;
     }
     EXPECT_GT(followed, 5);
-    GLsync last = kept.pace.last_fence;
+    GLsync last = kept.pass_pace.last_fence;
     draw_frame();
     EXPECT_EQ(glIsSync(last), GL_FALSE) << "after the last slice";
-    EXPECT_EQ(kept.pace.last_fence, nullptr);
+    EXPECT_EQ(kept.pass_pace.last_fence, nullptr);
 }
 
 TEST_F(KeptPicture, SurvivesViewsThatShowNothing)

@@ -31,7 +31,7 @@ protected:
 
     void bake(const char *path)
     {
-        font = vimbo::add_font(&atlas, path);
+        font = vimbo::add_font(&atlas, path, vimbo::font_height);
         ASSERT_NE(font, nullptr);
         int width = 0;
         int height = 0;
@@ -88,7 +88,8 @@ TEST_F(Font, IsAbsentWhereTheFileIsNoFont)
     rig::write_file(place.file("short"), "OT");
     rig::write_file(place.file("empty"), "");
     for (const char *name : {"text", "short", "empty", "missing"})
-        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str()), nullptr) << name;
+        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str(), vimbo::font_height), nullptr)
+            << name;
 }
 
 std::uint32_t number_at(std::string_view bytes, std::size_t at, int size)
