@@ -299,6 +299,37 @@ TEST_F(History, UndoesAndRedoesThousandsOfRandomEditsExactly)
     EXPECT_TRUE(text == last);
 }
 
+TEST_F(History, HoldsAChangeOfExactlyItsCapacity)
+{
+    replace_all(std::string(history_bytes, 'x'));
+    ASSERT_TRUE(undo()) << "a change that just fits was not noted";
+    EXPECT_EQ(text, "");
+    ASSERT_TRUE(redo());
+    EXPECT_EQ(text.size(), history_bytes);
+    change(edit_kind::whole, 0, 1, ""); // one byte more than it has room for
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text.size(), history_bytes);
+    EXPECT_FALSE(undo()) << "there is no room for both";
+}
+
+TEST_F(History, HoldsAsManyEditsAsItHasRecords)
+{
+    const auto undo_all = [this] {
+        std::size_t count = 0;
+        while (count <= 2 * history_records && undo())
+            ++count;
+        return count;
+    };
+    for (std::size_t i = 0; i < history_records; ++i)
+        replace_all(i % 2 == 0 ? "a" : "b");
+    EXPECT_EQ(undo_all(), history_records);
+    EXPECT_EQ(text, "");
+    while (redo()) {
+    }
+    replace_all("one more");
+    EXPECT_EQ(undo_all(), history_records - history_records / 4) << "a quarter makes room";
+}
+
 TEST_F(History, IsClearedByAChangeThatItHasNoRoomFor)
 {
     type("one");
