@@ -154,11 +154,11 @@ void on_window_moved(GLFWwindow *window, int /*x*/, int /*y*/)
 bool is_pressed_again(input_queue &queue, bool left)
 {
     constexpr double soon = 0.4; // seconds
-    constexpr float near = 4;    // pixels
+    constexpr float nearby = 4;  // pixels
     const double now = glfwGetTime();
     const bool again = left && now - queue.pressed_at < soon &&
-                       std::abs(queue.pointer_x - queue.pressed_x) <= near &&
-                       std::abs(queue.pointer_y - queue.pressed_y) <= near;
+                       std::abs(queue.pointer_x - queue.pressed_x) <= nearby &&
+                       std::abs(queue.pointer_y - queue.pressed_y) <= nearby;
     queue.pressed_at = left ? now : -soon;
     queue.pressed_x = queue.pointer_x;
     queue.pressed_y = queue.pointer_y;
