@@ -77,10 +77,10 @@ protected:
         waits.clear();
         clock_now = 0;
         clock_step = 0;
-        nk_font_atlas *atlas = nullptr;
         app->frame.context = nk_glfw3_init(window, NK_GLFW3_DEFAULT);
-        nk_glfw3_font_stash_begin(&atlas);
-        nk_glfw3_font_stash_end();
+        testing::internal::CaptureStderr(); // whether there is a font does not count here
+        vimbo::bake_font(app->frame.context, app->font, app->frame.ratio);
+        testing::internal::GetCapturedStderr();
         app->path_program = vimbo::build_path_program();
         app->bar.source_directory = sources.c_str();
         vimbo::set_text(app->mosaic.tray_directory, place.path().string());
@@ -188,6 +188,18 @@ TEST_F(MainLoop, WaitsNoLongerThanAThirtiethOfASecond)
         EXPECT_LE(wait, 1.0 / 30 + 1e-9);
         EXPECT_GE(wait, 1.0 / 60) << "it hardly waits at all";
     }
+}
+
+TEST_F(MainLoop, WaitsForWhatIsLeftOfTheFramesTime)
+{
+    constexpr double work = 0.02;
+    run([&](int frame) {
+        clock_now += frame == 5 ? 1.0 : work;
+        return frame == 9;
+    });
+    ASSERT_EQ(waits.size(), 9U) << "the frame after the one of a second waits as well";
+    for (std::size_t i = 1; i < waits.size(); ++i)
+        EXPECT_NEAR(waits[i], 1.0 / 30 - work, 1e-6) << "wait " << i;
 }
 
 TEST_F(MainLoop, TakesAllInputOfAFrameInThatFrame)
