@@ -332,12 +332,14 @@ TEST_F(MainLoop, ForgetsAListThatClosesBetweenTheLayoutsOfAFrame)
         case 4:
             EXPECT_GT(app->panels.popup.w, 0) << "the click opened no list";
             // Open in the frame's first layouts, which nobody sees, and closed in its
-            // last: the commands of the open one, left standing, lead in a circle.
+            // last: left standing, it leads that one's commands another way.
             press_keys(3);
             click(elsewhere);
             break;
         case 6:
             EXPECT_EQ(app->panels.popup.w, 0) << "the list is still drawn";
+            EXPECT_TRUE(app->panels.copied)
+                << "the frame before had other commands, though nothing has changed since";
             break;
         default:
             break;
