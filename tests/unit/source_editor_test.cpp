@@ -229,17 +229,21 @@ TEST_F(SourceEditor, ShowsTheCursorsWholeRowAtTheEdgeThatItMovesTo)
 
 TEST_F(SourceEditor, ShowsTheCursorsWholeRowAtTheEdgeThatItJumpsTo)
 {
-    load(numbered_lines(500));
-    click_into();
-    for (int page = 0; page < 4; ++page) {
-        press(NK_KEY_SCROLL_DOWN);
-        const std::string line = "line " + std::to_string(cursor_row());
-        expect_whole_line(line);
-        expect_no_row_below(line);
-    }
-    for (int page = 0; page < 3; ++page) {
-        press(NK_KEY_SCROLL_UP);
-        expect_whole_line("line " + std::to_string(cursor_row()));
+    // With much and with little of a row to spare.
+    for (const int height : {1240, 1234, 1228, 1222}) {
+        panels.app().frame.window_height = height;
+        load(numbered_lines(500));
+        click_into();
+        for (int page = 0; page < 4; ++page) {
+            press(NK_KEY_SCROLL_DOWN);
+            const std::string line = "line " + std::to_string(cursor_row());
+            expect_whole_line(line);
+            expect_no_row_below(line);
+        }
+        for (int page = 0; page < 3; ++page) {
+            press(NK_KEY_SCROLL_UP);
+            expect_whole_line("line " + std::to_string(cursor_row()));
+        }
     }
 }
 
