@@ -2,8 +2,18 @@
 
 #include "ui/flags.hpp"
 
+#include <cstring>
+
 namespace vimbo
 {
+
+bool can_be_quoted(const char *tray_directory)
+{
+    if (std::strchr(tray_directory, '"') == nullptr)
+        return true;
+    std::fputs("error: the tray's path has a double quote.\n", stderr);
+    return false;
+}
 
 bool is_idle(const command_job &job, std::uint32_t ui_flags, std::uint32_t running_bit)
 {

@@ -21,6 +21,11 @@ struct command_job {
     reader_thread thread;
 };
 
+/// True when `tray_directory` can stand between double quotes, as commands have it.
+/// One with a double quote cannot: it would end there, and the rest would be the
+/// shell's. One line on standard error then says so.
+bool can_be_quoted(const char *tray_directory);
+
 /// True when the job may be started.
 bool is_idle(const command_job &job, std::uint32_t ui_flags, std::uint32_t running_bit);
 

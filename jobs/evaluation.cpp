@@ -107,6 +107,10 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
 {
     if (!is_idle(evaluation.eval_job, frame.ui_flags, ui_flag::eval_running))
         return;
+    if (!can_be_quoted(mosaic.tray_directory)) {
+        set_text(evaluation.eval_text, "Error: the tray's path has a double quote.\n");
+        return;
+    }
     prepare_run(evaluation, source_text);
     char directory[mosaic_path_capacity];
     format_mosaic_directory(mosaic, directory);

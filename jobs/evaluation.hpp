@@ -31,7 +31,8 @@ struct evaluation_state {
 void start_evaluation(frame_state &frame, evaluation_state &evaluation, const char *source_text);
 
 /// Builds the current mosaic from `source_text`, creating the tray's directory
-/// for mosaics where it is missing. Does nothing unless the evaluator is idle.
+/// for mosaics where it is missing. Does nothing unless the evaluator is idle. A tray
+/// with a double quote in its path is refused, and eval_text says so.
 void start_integration(frame_state &frame, evaluation_state &evaluation, const mosaic_state &mosaic,
                        const char *source_text);
 

@@ -15,10 +15,11 @@ inline constexpr int max_commands = 64;
 
 /// Runs `command` through the system's shell and returns its output as a
 /// stream, or null when it could not be started: that of a tool which the shell
-/// does not find is a stream with nothing in it. A double quote that the command
-/// leaves open runs to the end of the line. The stream is at its end once the
-/// command has closed its output, or its process has ended and nothing more comes
-/// for a second from those that it left behind.
+/// does not find is a stream with nothing in it. What the command has in
+/// double quotes is meant as it stands there, whatever the shell would make of it,
+/// and a quote that it leaves open runs to the end of the line. The stream is at its
+/// end once the command has closed its output, or its process has ended and nothing
+/// more comes for a second from those that it left behind.
 FILE *open_command(const char *command);
 
 /// Reads and drops what the command still prints, then waits until its process

@@ -11,6 +11,8 @@ namespace vimbo
 
 void start_statistics(frame_state &frame, stats_run_state &run, const mosaic_state &mosaic)
 {
+    if (!can_be_quoted(mosaic.tray_directory))
+        return;
     std::ranges::fill(run.stats_locality, 0.0F);
     std::ranges::fill(run.stats_directions, 0.0F);
     char path[mosaic_path_capacity];

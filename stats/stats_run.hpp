@@ -27,7 +27,8 @@ struct stats_run_state {
 };
 
 /// Clears the locality and direction charts and starts the tool on the current
-/// mosaic. The moves stay until the run has ended.
+/// mosaic. The moves stay until the run has ended. A tray with a double quote in its
+/// path is refused, and the charts stay.
 void start_statistics(frame_state &frame, stats_run_state &run, const mosaic_state &mosaic);
 
 /// Takes the numbers once the reader has ended. To be called while a run lasts.

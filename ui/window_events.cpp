@@ -1,5 +1,6 @@
 #include "ui/window_events.hpp"
 
+#include "platform/window_system.hpp"
 #include "ui/nuklear_backend.hpp"
 
 #include <cctype>
@@ -185,6 +186,7 @@ void watch_input(GLFWwindow *window, input_queue &queue)
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
     glfwSetWindowPosCallback(window, on_window_moved);
+    watch_pointer_entry(window, on_motion);
     note_pointer(window);
 }
 

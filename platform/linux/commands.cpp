@@ -91,9 +91,7 @@ bool spawn_shell(const char *command, int output, pid_t &process)
 {
     constexpr std::size_t capacity = 16384;
     char line[capacity];
-    const int length = std::snprintf(line, sizeof line, "%s%s", command,
-                                     leaves_double_quote_open(command) ? "\"" : "");
-    if (length < 0 || static_cast<std::size_t>(length) >= sizeof line)
+    if (!format_shell_line(command, line))
         return false;
 
     char shell[] = "sh";

@@ -69,20 +69,25 @@ class TrayName : public FaultRig
 {
 protected:
     // What the tools are told of this tray's mosaic.
-    void expect_passed_on(const std::string &name, const std::string &as)
+    void expect_passed_on(const std::string &name)
     {
-        tray = place.file(name);
-        std::filesystem::create_directory(utf8_path(tray));
-        vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
+        choose(name);
         tools.put("mero", "exit 3");
         tools.put("plimb", "exit 3");
         EXPECT_EQ(run_and_complaint("Integrate"), "");
         EXPECT_EQ(run_and_complaint("↻"), "");
-        const std::string path = place.file(as) + "/_mosaics/0.mmv\n";
+        const std::string path = tray + "/_mosaics/0.mmv\n";
         EXPECT_EQ(tools.arguments_of("mero"), "-s\n35.000000\n" + handed_text_path() + "\n" + path);
         EXPECT_EQ(tools.arguments_of("plimb"), path);
         EXPECT_TRUE(std::filesystem::is_directory(utf8_path(tray + "/_mosaics")));
         expect_as_before();
+    }
+
+    void choose(const std::string &name)
+    {
+        tray = place.file(name);
+        std::filesystem::create_directory(utf8_path(tray));
+        vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
     }
 };
 

@@ -31,7 +31,7 @@ protected:
 
     void bake(const char *path)
     {
-        font = vimbo::add_font(&atlas, path);
+        font = vimbo::add_font(&atlas, path, vimbo::font_height);
         ASSERT_NE(font, nullptr);
         int width = 0;
         int height = 0;
@@ -73,10 +73,11 @@ TEST_F(Font, ShowsControlCharactersAsBlankSpace)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const nk_rune character : {nk_rune{'\t'}, nk_rune{'\r'}}) {
-        EXPECT_EQ(glyph(character).codepoint, character);
-        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance);
-        EXPECT_EQ(glyph(character).w, glyph(' ').w);
+    for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
+        const int code = character;
+        EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
+        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance) << code;
+        EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
     }
 }
 
@@ -87,7 +88,8 @@ TEST_F(Font, IsAbsentWhereTheFileIsNoFont)
     rig::write_file(place.file("short"), "OT");
     rig::write_file(place.file("empty"), "");
     for (const char *name : {"text", "short", "empty", "missing"})
-        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str()), nullptr) << name;
+        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str(), vimbo::font_height), nullptr)
+            << name;
 }
 
 std::uint32_t number_at(std::string_view bytes, std::size_t at, int size)

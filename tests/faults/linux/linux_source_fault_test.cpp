@@ -148,20 +148,37 @@ TEST_F(TrayName, WithBlanksSingleQuotesAndLineFeedsReachesTheToolsUnchanged)
 {
     for (const char *name : {"two  blanks ", "a 'quoted' one", "it's", "a; b & c | d > e * ?",
                              "two\nlines", "-s", "#", "~"})
-        expect_passed_on(name, name);
+        expect_passed_on(name);
 }
 
-TEST_F(TrayName, LosesDoubleQuotesOnItsWayThroughTheShell)
+TEST_F(TrayName, WithWhatAShellWouldExpandReachesTheToolsUnchanged)
 {
-    expect_passed_on("\"both\"", "both");
-    // A quote that stays open is closed at the command's end.
-    tray = place.file("o\"pen");
-    std::filesystem::create_directory(tray);
-    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray.c_str());
-    tools.put("plimb", "exit 3");
-    EXPECT_EQ(run_and_complaint("↻"), "");
-    EXPECT_EQ(tools.arguments_of("plimb"), place.file("open") + "/_mosaics/0.mmv\n");
-    expect_as_before();
+    for (const char *name : {"a$HOME", "b`id`", "c$(id)", "${HOME}", "back\\slash", "\\", "\\$HOME",
+                             "$", "!!", "\xff"})
+        expect_passed_on(name);
+}
+
+TEST_F(TrayName, WithADoubleQuoteIsRefused)
+{
+    tools.put("plimb", "numbers 50 0.5");
+    run("↻");
+    std::filesystem::remove(tools.file("plimb.arguments"));
+    for (const char *name : {"\"both\"", "o\"pen", "a\\\"; id"}) {
+        choose(name);
+        tools.put("mero", "exit 3");
+        const std::string complaint = "error: the tray's path has a double quote.\n";
+        EXPECT_EQ(run_and_complaint("Integrate"), complaint);
+        EXPECT_STREQ(panels.app().evaluation.eval_text,
+                     "Error: the tray's path has a double quote.\n");
+        EXPECT_EQ(run_and_complaint("↻"), complaint);
+        EXPECT_EQ(tools.arguments_of("mero") + tools.arguments_of("plimb"), "")
+            << "one was started";
+        EXPECT_EQ(panels.app().statistics.run.stats_locality[0], 0.5F);
+        EXPECT_FALSE(std::filesystem::exists(tray + "/_mosaics"));
+        expect_as_before();
+    }
+    EXPECT_EQ(run_and_complaint("Evaluate"), "") << "it is told of no tray";
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
 }
 
 } // namespace
