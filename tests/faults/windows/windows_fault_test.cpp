@@ -25,7 +25,7 @@ TEST_F(FaultySource, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
         panels.click("-");
         panels.click("!");
         EXPECT_FALSE(std::filesystem::exists(utf8_path(source(name + "2"))));
-        open_file = "-";
+        open_file = std::string("-");
         expect_as_before();
         write_file(source("a.txt"), "the text");
         vimbo::open_source(panels.app().bar, panels.app().editor, source("a.txt").c_str());
