@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <string>
 
 namespace
@@ -69,6 +70,17 @@ TEST_F(Command, GivesItsOutputAndItsExitCode)
         EXPECT_EQ(result.output, "text");
         EXPECT_EQ(result.status, code);
     }
+}
+
+TEST_F(Command, GivesItsExitCodeAlsoWhereTheParentIgnoredEndedChildren)
+{
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(run(stub("exit 3")).status, 3);
+    std::signal(SIGCHLD, SIG_IGN);
+    FILE *stream = vimbo::open_command(stub("exit 4").c_str());
+    vimbo::await_command_end(stream);
+    EXPECT_EQ(vimbo::close_command(stream), 4);
+    std::signal(SIGCHLD, before);
 }
 
 TEST_F(Command, ThatEndsWith255GivesMinusOne)

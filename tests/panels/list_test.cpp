@@ -1,0 +1,66 @@
+// What the lists of sources and trays have in them, and how they are closed.
+#include "tests/support/panel_rig.hpp"
+#include "tests/support/scratch.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace
+{
+
+using namespace rig;
+
+class List : public testing::Test
+{
+protected:
+    List()
+    {
+        std::filesystem::current_path(place.path());
+    }
+
+    ~List() override
+    {
+        std::filesystem::current_path(before);
+    }
+
+    // What the list under this label has in it, in its order; it is open then.
+    std::vector<std::string> items_of(const std::string &label)
+    {
+        panels.frame();
+        panels.frame();
+        const std::size_t without_it = panels.texts().size();
+        panels.click(label);
+        std::vector<std::string> items;
+        // The list is drawn last.
+        for (std::size_t i = without_it; i < panels.texts().size(); ++i)
+            items.push_back(panels.texts()[i].text);
+        return items;
+    }
+
+    void close_list()
+    {
+        panels.click(point{2, 400});
+        panels.frame();
+    }
+
+    const std::filesystem::path before = std::filesystem::current_path();
+    const scratch_directory place;
+    panel_rig panels;
+};
+
+TEST_F(List, OfTraysLeavesTheirOwnDirectoryOutHoweverItIsWritten)
+{
+    std::filesystem::create_directories("trays/one");
+    std::filesystem::create_directories("trays/two");
+    for (const char *tray : {"./trays/one", "./trays//one", "trays///one"}) {
+        vimbo::choose_tray(panels.app().frame, panels.app().mosaic, tray);
+        std::vector<std::string> items = items_of("one");
+        std::ranges::sort(items);
+        EXPECT_EQ(items, (std::vector<std::string>{"one", "two"})) << tray;
+        close_list();
+    }
+}
+
+} // namespace
