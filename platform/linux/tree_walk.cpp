@@ -1,5 +1,7 @@
 #include "platform/tree_walk.hpp"
 
+#include "platform/linux/entry_list.hpp"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -39,11 +41,15 @@ struct visited_directories {
     std::size_t count;
 };
 
+// Its entries are read at once and sorted, or where there is no memory left for that,
+// one by one, as the directory has them.
 struct open_level {
-    DIR *stream;             // null while deeper levels need its descriptor
-    long place;              // where it goes on after that
     std::size_t path_length; // of the directory
     bool is_searchable;      // its entries can be reached, not only be read
+    bool is_sorted;
+    entry_list entries; // sorted
+    DIR *stream;        // not sorted; null while deeper levels need its descriptor
+    long place;         // where it goes on after that
 };
 
 struct tree_walk {
@@ -54,6 +60,7 @@ struct tree_walk {
     open_level levels[max_depth];
     std::size_t depth;
     visited_directories visited;
+    entry_memory entries;
 };
 
 directory_id *slot_of(visited_directories &visited, const struct stat &status)
@@ -120,29 +127,57 @@ void enter_directory(tree_walk &walk)
     DIR *stream = opendir(walk.path);
     if (stream == nullptr)
         return;
-    const bool is_searchable = faccessat(AT_FDCWD, walk.path, X_OK, AT_EACCESS) == 0;
-    walk.levels[walk.depth++] = {stream, 0, walk.path_length, is_searchable};
+    open_level &level = walk.levels[walk.depth++];
+    level = {.path_length = walk.path_length,
+             .is_searchable = faccessat(AT_FDCWD, walk.path, X_OK, AT_EACCESS) == 0,
+             .is_sorted = false,
+             .entries = {},
+             .stream = stream,
+             .place = 0};
+    level.is_sorted = read_entries(walk.entries, stream, level.is_searchable, level.entries);
+    if (!level.is_sorted) {
+        rewinddir(stream);
+        return;
+    }
+    closedir(stream);
+    level.stream = nullptr;
 }
 
 void leave_directory(tree_walk &walk)
 {
-    DIR *stream = walk.levels[--walk.depth].stream;
-    if (stream != nullptr)
-        closedir(stream);
+    const open_level &level = walk.levels[--walk.depth];
+    if (level.is_sorted)
+        drop_entries(walk.entries, level.entries);
+    if (level.stream != nullptr)
+        closedir(level.stream);
 }
 
-// The next entry of the deepest directory; null at its end.
-const dirent *next_entry(tree_walk &walk)
+bool next_unsorted_entry(const tree_walk &walk, open_level &level, entry &found)
 {
-    open_level &level = walk.levels[walk.depth - 1];
-    set_path_length(walk, level.path_length);
     if (level.stream == nullptr) {
         level.stream = opendir(walk.path);
         if (level.stream == nullptr)
-            return nullptr;
+            return false;
         seekdir(level.stream, level.place);
     }
-    return readdir(level.stream);
+    const dirent *next = nullptr;
+    do
+        next = readdir(level.stream);
+    while (next != nullptr && is_the_directory_or_its_parent(next->d_name));
+    if (next == nullptr)
+        return false;
+    found = {next->d_name,
+             level.is_searchable ? next->d_type : static_cast<unsigned char>(DT_UNKNOWN)};
+    return true;
+}
+
+// Makes `found` the next entry of the deepest directory. False at its end.
+bool take_next(tree_walk &walk, entry &found)
+{
+    open_level &level = walk.levels[walk.depth - 1];
+    set_path_length(walk, level.path_length);
+    return level.is_sorted ? next_entry(walk.entries, level.entries, found)
+                           : next_unsorted_entry(walk, level, found);
 }
 
 // Reports what stands at the walk's path. `type` is what its directory says of it:
@@ -167,11 +202,6 @@ void take_entry(tree_walk &walk, unsigned char type)
         enter_directory(walk);
 }
 
-bool is_the_directory_or_its_parent(const char *name)
-{
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
 // Begins at `directory`, its trailing separators aside. False when there is no such
 // thing.
 bool start_walk(tree_walk &walk, const char *directory)
@@ -184,6 +214,8 @@ bool start_walk(tree_walk &walk, const char *directory)
     std::memcpy(walk.path, directory, length);
     set_path_length(walk, length);
     walk.depth = 0;
+    walk.entries.text_bytes = 0;
+    walk.entries.entry_count = 0;
     std::memset(&walk.visited, 0, sizeof walk.visited);
     struct stat status = {};
     return stat(walk.path, &status) == 0;
@@ -193,20 +225,18 @@ bool start_walk(tree_walk &walk, const char *directory)
 
 void walk_tree(const char *directory, tree_visitor visit, void *user)
 {
-    static tree_walk walk; // 300 KiB, too much for a frame of the stack
+    static tree_walk walk; // 3 MiB, too much for a frame of the stack
     walk.visit = visit;
     walk.user = user;
     if (!start_walk(walk, directory))
         return;
     take_entry(walk, DT_UNKNOWN);
     while (walk.depth > 0) {
-        const bool is_searchable = walk.levels[walk.depth - 1].is_searchable;
-        const dirent *entry = next_entry(walk);
-        if (entry == nullptr)
+        entry found = {};
+        if (!take_next(walk, found))
             leave_directory(walk);
-        else if (!is_the_directory_or_its_parent(entry->d_name) && set_name(walk, entry->d_name))
-            take_entry(walk,
-                       is_searchable ? entry->d_type : static_cast<unsigned char>(DT_UNKNOWN));
+        else if (set_name(walk, found.name))
+            take_entry(walk, found.type);
     }
 }
 

@@ -63,4 +63,24 @@ TEST_F(List, OfTraysLeavesTheirOwnDirectoryOutHoweverItIsWritten)
     }
 }
 
+TEST_F(List, IsSortedByNameWithinEachDirectory)
+{
+    for (const char *name :
+         {"z", "b.txt", "a", "B", "sub/y", "sub/c", "sub/x/2", "sub/x/1", "aa/q"})
+        write_file(std::string("src/") + name, "");
+    panels.app().bar.source_directory = "src";
+    EXPECT_EQ(items_of("--"),
+              (std::vector<std::string>{"B", "a", "b.txt", "z", "q", "c", "y", "1", "2"}));
+}
+
+TEST_F(List, OfTraysIsSortedByNameEachBeforeWhatItHolds)
+{
+    for (const char *name :
+         {"trays/two/_mosaics", "trays/one/_mosaics", "trays/one/more", "trays/3"})
+        std::filesystem::create_directories(name);
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, "trays/one");
+    EXPECT_EQ(items_of("one"),
+              (std::vector<std::string>{"3", "one", "_mosaics", "more", "two", "_mosaics"}));
+}
+
 } // namespace
