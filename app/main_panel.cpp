@@ -4,6 +4,8 @@
 #include "sources/tray_bar.hpp"
 #include "ui/flags.hpp"
 #include "ui/nuklear.hpp"
+#include "ui/open_list.hpp"
+#include "ui/take_key.hpp"
 
 namespace vimbo
 {
@@ -80,6 +82,8 @@ void main_panel(app_state &app)
                                                 static_cast<float>(frame.window_height));
     if (nk_begin(frame.context, "MeRo", whole_window, NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) !=
         0) {
+        if (take_key(frame.context, escape_key) && !close_open_list(frame.context))
+            leave_save_as(frame, app.bar, app.editor);
         tray_bar(frame, app.bar, app.editor, app.mosaic);
         upper_row(app);
         nk_layout_row_dynamic(frame.context, toggle_height, 1);

@@ -2,6 +2,8 @@
 
 #include "sources/editor_keys.hpp"
 #include "sources/text_places.hpp"
+#include "ui/edit_focus.hpp"
+#include "ui/take_key.hpp"
 #include "ui/takes_input.hpp"
 #include "ui/utf8.hpp"
 
@@ -90,15 +92,6 @@ void undo_and_redo(nk_context *context, source_editor_state &editor)
         apply_change(editor, change);
 }
 
-// The toolkit clears cursor, selection and place when a click activates an edit;
-// one that is given the focus before it sees the click keeps them.
-void focus_when_clicked(nk_context *context, const struct nk_rect &bounds)
-{
-    if (takes_input(context) && nk_input_is_mouse_pressed(&context->input, NK_BUTTON_LEFT) != 0 &&
-        nk_input_is_mouse_hovering_rect(&context->input, bounds) != 0)
-        nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
-}
-
 struct text_view {
     float row_height;
     int rows; // that are seen whole, at least one
@@ -161,12 +154,15 @@ void source_editor(frame_state &frame, source_editor_state &editor)
     const int cursor_before = edit.cursor;
 
     uncover_end(editor);
-    focus_when_clicked(context, bounds);
-    if (edit.active != 0) {
+    focus_when_pressed(context, bounds);
+    if (editor.wants_focus)
+        nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
+    editor.wants_focus = false;
+    if (edit.active != 0 && takes_input(context)) {
         undo_and_redo(context, editor);
         move_by_keys(context, edit, view.rows);
     }
-    nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);
+    edit_keeping_focus(context, NK_EDIT_BOX, edit, bounds);
     note_edit(editor);
     if (edit.cursor != cursor_before)
         show_cursor(edit, text_of(editor), view, *context->style.font);

@@ -17,6 +17,8 @@ struct source_editor_state {
     /// always zero behind it.
     char source_text[source_capacity + 1];
     nk_text_edit source_edit;
+    /// The next layout gives the editor the focus.
+    bool wants_focus;
     /// Where a file is read before it enters the editor; keeps the last one.
     char load_buffer[source_capacity];
 

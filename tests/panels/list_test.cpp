@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <stdexcept>
 
 namespace
 {
@@ -37,6 +38,14 @@ protected:
         for (std::size_t i = without_it; i < panels.texts().size(); ++i)
             items.push_back(panels.texts()[i].text);
         return items;
+    }
+
+    point place_of_text_starting(std::string_view start) const
+    {
+        for (const drawn_text &text : panels.texts())
+            if (text.text.starts_with(start))
+                return {static_cast<int>(text.bounds.x) + 4, static_cast<int>(text.bounds.y) + 4};
+        throw std::runtime_error("no text starts so");
     }
 
     void close_list()
@@ -81,6 +90,32 @@ TEST_F(List, OfTraysIsSortedByNameEachBeforeWhatItHolds)
     vimbo::choose_tray(panels.app().frame, panels.app().mosaic, "trays/one");
     EXPECT_EQ(items_of("one"),
               (std::vector<std::string>{"3", "one", "_mosaics", "more", "two", "_mosaics"}));
+}
+
+TEST_F(List, IsClosedByEscape)
+{
+    std::filesystem::create_directories("trays/one");
+    write_file("src/a.txt", "");
+    panels.app().bar.source_directory = "src";
+    vimbo::choose_tray(panels.app().frame, panels.app().mosaic, "trays/one");
+    panels.app().frame.ui_flags |= vimbo::ui_flag::stats_shown;
+    for (const char *list : {"--", "one", "0", "Locality"}) {
+        panels.frame();
+        panels.frame();
+        const std::size_t closed = panels.texts().size();
+        panels.click(place_of_text_starting(list));
+        EXPECT_GT(panels.texts().size(), closed) << list;
+        panels.key(NK_KEY_TEXT_RESET_MODE);
+        panels.frame();
+        panels.frame();
+        EXPECT_EQ(panels.texts().size(), closed) << list;
+        // The window takes the mouse again at once.
+        panels.click("|");
+        EXPECT_FALSE(vimbo::has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::stats_shown));
+        panels.click("|");
+    }
+    panels.key(NK_KEY_TEXT_RESET_MODE); // where none is open it does nothing
+    panels.frame();
 }
 
 } // namespace
