@@ -3,6 +3,7 @@
 #pragma once
 
 #include "jobs/command_job.hpp"
+#include "jobs/output_box.hpp"
 #include "mosaic/mosaic.hpp"
 #include "ui/frame_state.hpp"
 
@@ -20,6 +21,7 @@ struct evaluation_state {
     /// The progress line, then the tool's output and the status line. The output
     /// box edits it in place.
     char eval_text[eval_text_capacity];
+    output_box_state output_box;
     /// The edited text's copy that the evaluator reads. Empty until first needed.
     char temp_source_path[temp_source_path_capacity];
     double unit_um = 35.0;

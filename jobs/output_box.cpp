@@ -1,0 +1,112 @@
+#include "jobs/output_box.hpp"
+
+#include "ui/edit_focus.hpp"
+#include "ui/fixed_text.hpp"
+#include "ui/take_key.hpp"
+#include "ui/takes_input.hpp"
+#include "ui/utf8.hpp"
+
+#include <algorithm>
+#include <string_view>
+
+namespace vimbo
+{
+
+namespace
+{
+
+constexpr float group_height = 480;
+constexpr float box_height = 450;
+
+// The box ends where the window does: what lies below could not be scrolled to.
+float seen_height(const nk_context *context)
+{
+    const nk_panel &group = *context->current->layout;
+    const nk_style_edit &style = context->style.edit;
+    // Its lower edge is as unseen as before.
+    const float seen = group.clip.y + group.clip.h - group.at_y + style.padding.y + style.border;
+    const float least = context->style.font->height + 2 * (style.padding.y + style.border);
+    return std::clamp(seen, least, box_height);
+}
+
+// Has the edit work on the text as it now stands, which the runs write. What it noted
+// to undo fits no more.
+void take_text(nk_text_edit &edit, std::span<char> text)
+{
+    const std::size_t length = text_length(text);
+    nk_str_init_fixed(&edit.string, text.data(), text.size());
+    edit.string.buffer.allocated = length;
+    edit.string.len = character_count({text.data(), length});
+    edit.cursor = std::min(edit.cursor, edit.string.len);
+    edit.undo.undo_point = 0;
+    edit.undo.undo_char_point = 0;
+    edit.undo.redo_point = NK_TEXTEDIT_UNDOSTATECOUNT;
+    edit.undo.redo_char_point = NK_TEXTEDIT_UNDOCHARCOUNT;
+}
+
+// As far as it goes, but for the empty row that line feeds make behind the last line
+// where there is no room for both.
+void scroll_to_end(const nk_context *context, nk_text_edit &edit, std::string_view text,
+                   float height)
+{
+    const nk_style_edit &style = context->style.edit;
+    const float row = context->style.font->height + style.row_padding;
+    const float seen = height - 2 * (style.padding.y + style.border);
+    const auto feeds = static_cast<float>(std::ranges::count(text, '\n'));
+    const float rows = seen < 2 * row && text.ends_with('\n') ? feeds : feeds + 1;
+    edit.scrollbar = nk_vec2(0, std::max(0.0F, rows * row - seen));
+}
+
+// True when either key was pressed.
+bool take_either(nk_context *context, nk_keys one, nk_keys other)
+{
+    const bool first = take_key(context, one);
+    return take_key(context, other) || first;
+}
+
+// What the toolkit does by these keys a row at a time, or not at all.
+void follow_keys(nk_context *context, nk_text_edit &edit, std::string_view text, float height)
+{
+    if (take_either(context, NK_KEY_TEXT_START, NK_KEY_TEXT_LINE_START)) {
+        edit.cursor = 0;
+        edit.scrollbar = nk_vec2(0, 0);
+    }
+    if (take_either(context, NK_KEY_TEXT_END, NK_KEY_TEXT_LINE_END)) {
+        edit.cursor = edit.string.len;
+        scroll_to_end(context, edit, text, height);
+    }
+    // Nothing can be selected here.
+    take_key(context, NK_KEY_TEXT_SELECT_ALL);
+    if (take_key(context, NK_KEY_COPY) && context->clip.copy != nullptr)
+        context->clip.copy(context->clip.userdata, text.data(), edit.string.len);
+}
+
+void text_box(nk_context *context, output_box_state &box, std::span<char> text)
+{
+    const float height = seen_height(context);
+    nk_layout_row_dynamic(context, height, 1);
+    nk_text_edit &edit = box.edit;
+    take_text(edit, text);
+    focus_when_pressed(context, nk_widget_bounds(context));
+    const std::string_view before(text.data(), edit.string.buffer.allocated);
+    if (box.wants_end)
+        scroll_to_end(context, edit, before, height);
+    box.wants_end = false;
+    if (has_focus(context) && takes_input(context))
+        follow_keys(context, edit, before, height);
+    nk_edit_buffer(context, NK_EDIT_MULTILINE, &edit, nk_filter_default);
+    text[std::min(edit.string.buffer.allocated, text.size() - 1)] = '\0';
+}
+
+} // namespace
+
+void output_box(nk_context *context, output_box_state &box, std::span<char> text)
+{
+    nk_layout_row_dynamic(context, group_height, 1);
+    if (nk_group_begin(context, "Preview", NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) == 0)
+        return;
+    text_box(context, box, text);
+    nk_group_end(context);
+}
+
+} // namespace vimbo
