@@ -3,6 +3,7 @@
 #include "app/command_line.hpp"
 #include "app/main_loop.hpp"
 #include "app/window.hpp"
+#include "platform/program_start.hpp"
 
 namespace
 {
@@ -13,6 +14,7 @@ constexpr int failure_status = -1;
 
 int main(int argument_count, char *arguments[])
 {
+    vimbo::start_program(argument_count, arguments);
     static vimbo::app_state app;
     if (!vimbo::read_command_line(app, argument_count, arguments))
         return failure_status;

@@ -1,6 +1,7 @@
 #include "app/main_loop.hpp"
 
 #include "app/main_panel.hpp"
+#include "app/window.hpp"
 #include "mosaic/load_mosaic.hpp"
 #include "platform/commands.hpp"
 #include "render/preview_picture.hpp"
@@ -25,9 +26,9 @@ picture_parts parts_of(const app_state &app)
     return {app.path_program, app.mosaic, app.tray_outline};
 }
 
-// Waits for input or for the next frame's time; a picture that is not whole is
-// drawn on meanwhile.
-void await_events(GLFWwindow *window, app_state &app)
+// Waits for input or for what is left of the frame's time, which began at `frame_start`;
+// a picture that is not whole is drawn on meanwhile.
+void await_events(GLFWwindow *window, app_state &app, double frame_start)
 {
     if (has_input(app.input)) {
         glfwPollEvents();
@@ -35,7 +36,11 @@ void await_events(GLFWwindow *window, app_state &app)
     }
     const bool picture_shown = has_flag(app.frame.frame_flags, frame_flag::preview_laid_out);
     if (!picture_shown || !is_unfinished(app.picture)) {
-        glfwWaitEventsTimeout(frame_time);
+        const double left = frame_start + frame_time - glfwGetTime();
+        if (left > 0)
+            glfwWaitEventsTimeout(left);
+        else
+            glfwPollEvents();
         return;
     }
     const double start = glfwGetTime();
@@ -83,11 +88,14 @@ void run_main_loop(GLFWwindow *window, app_state &app)
 {
     initialise_panels(app);
     bool first_frame = true;
+    double frame_start = glfwGetTime();
     while (glfwWindowShouldClose(window) == GLFW_FALSE) {
-        await_events(window, app);
+        await_events(window, app, frame_start);
+        frame_start = glfwGetTime();
         begin_backend_frame(app.frame.context);
-        glfwGetWindowSize(window, &app.frame.window_width, &app.frame.window_height);
-        glViewport(0, 0, app.frame.window_width, app.frame.window_height);
+        read_window_size(window, app.frame);
+        if (app.font.ratio != app.frame.ratio)
+            bake_font(app.frame.context, app.font, app.frame.ratio);
         reset_frame_flags(app.frame);
         if (first_frame)
             request_mosaic_reload(app.frame);

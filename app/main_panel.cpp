@@ -78,6 +78,8 @@ void reset_frame_flags(frame_state &frame)
 void main_panel(app_state &app)
 {
     frame_state &frame = app.frame;
+    // An earlier layout of this frame may have had it; this one may not.
+    frame.frame_flags &= ~frame_flag::preview_laid_out;
     const struct nk_rect whole_window = nk_rect(0, 0, static_cast<float>(frame.window_width),
                                                 static_cast<float>(frame.window_height));
     if (nk_begin(frame.context, "MeRo", whole_window, NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) !=

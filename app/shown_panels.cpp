@@ -3,6 +3,7 @@
 #include "ui/draw_commands.hpp"
 #include "ui/nuklear_backend.hpp"
 
+#include <cmath>
 #include <cstring>
 
 namespace vimbo
@@ -69,8 +70,9 @@ bool is_as_shown(const frame_state &frame, shown_panels &panels)
         forget_panels(panels);
         return false;
     }
-    const bool same = panels.copied && panels.copy.width == frame.window_width &&
-                      panels.copy.height == frame.window_height &&
+    const bool same = panels.copied &&
+                      panels.copy.width == in_pixels(frame.window_width, frame.ratio.x) &&
+                      panels.copy.height == in_pixels(frame.window_height, frame.ratio.y) &&
                       panels.command_bytes == memory.allocated &&
                       std::memcmp(panels.commands, memory.memory.ptr, memory.allocated) == 0;
     panels.copied = same;
@@ -89,10 +91,10 @@ void forget_panels(shown_panels &panels)
 
 void render_panels(const frame_state &frame, shown_panels &panels)
 {
-    const GLsizei width = frame.window_width;
-    const GLsizei height = frame.window_height;
+    const GLsizei width = in_pixels(frame.window_width, frame.ratio.x);
+    const GLsizei height = in_pixels(frame.window_height, frame.ratio.y);
     const bool first = panels.command_bytes == 0;
-    panels.popup = popup_of(frame.context);
+    panels.popup = in_pixels(popup_of(frame.context), frame.ratio);
     if (is_as_shown(frame, panels)) {
         nk_clear(frame.context);
         copy_part(panels.copy, {0, 0, width, height});
@@ -111,10 +113,12 @@ void render_popup_again(const shown_panels &panels)
 {
     if (!panels.copied || panels.popup.w == 0)
         return;
-    const auto left = static_cast<GLint>(panels.popup.x);
-    const auto top = panels.copy.height - static_cast<GLint>(panels.popup.y);
-    copy_part(panels.copy, {left, top - static_cast<GLint>(panels.popup.h),
-                            left + static_cast<GLint>(panels.popup.w), top});
+    // Whole pixels, those that the popup takes a part of as well.
+    const struct nk_rect &popup = panels.popup;
+    copy_part(panels.copy, {static_cast<GLint>(popup.x),
+                            panels.copy.height - static_cast<GLint>(std::ceil(popup.y + popup.h)),
+                            static_cast<GLint>(std::ceil(popup.x + popup.w)),
+                            panels.copy.height - static_cast<GLint>(popup.y)});
 }
 
 } // namespace vimbo

@@ -21,7 +21,7 @@ struct shown_panels {
     std::size_t command_bytes;
     offscreen copy;
     bool copied; // the copy shows what these commands draw
-    /// Where an open list or a tooltip lies in the window, origin top left.
+    /// Where an open list or a tooltip lies in the window, in pixels, origin top left.
     struct nk_rect popup;
 };
 

@@ -22,16 +22,20 @@ bool same_view(const picture_view &a, const picture_view &b)
     return std::memcmp(&a, &b, sizeof a) == 0; // NOLINT(bugprone-suspicious-memory-comparison)
 }
 
+// Where the picture lies in the layer.
+picture_area area_in(const picture_layer &layer)
+{
+    picture_area area = layer.view.area;
+    area.y = std::min(row_in(layer.target, area.y), row_in(layer.target, area.y + area.height));
+    return area;
+}
+
 void begin_drawing(const picture_layer &layer)
 {
-    const picture_area &wanted = layer.view.area;
-    picture_area area = wanted;
-    area.y =
-        std::min(row_in(layer.target, wanted.y), row_in(layer.target, wanted.y + wanted.height));
     glBindFramebuffer(GL_FRAMEBUFFER, layer.target.framebuffer);
     if (layer.target.upside_down)
         turn_clip_origin(true);
-    begin_area(area);
+    begin_area(area_in(layer));
 }
 
 void end_drawing(const picture_layer &layer)
@@ -49,6 +53,7 @@ bool restart(picture_layer &layer, const picture_view &view)
     layer.target.upside_down = can_turn_clip_origin();
     layer.view = view;
     layer.drawn = 0;
+    layer.begun = 0;
     begin_drawing(layer);
     clear_picture();
     end_drawing(layer);
@@ -58,7 +63,7 @@ bool restart(picture_layer &layer, const picture_view &view)
 bool can_go_on(const picture_layer &layer, const kept_picture &kept)
 {
     return layer.target.framebuffer != 0 && same_view(layer.view, kept.wanted) &&
-           layer.drawn <= kept.wanted_vertices;
+           layer.begun <= kept.wanted_vertices;
 }
 
 // The layer that is on its way to what is wanted.
@@ -75,6 +80,7 @@ bool begin_picture(kept_picture &kept)
     const bool nothing_stands_in =
         kept.shown.target.framebuffer == 0 ||
         kept.shown.view.mosaic_generation != kept.wanted.mosaic_generation;
+    kept.pass.under_way = false;
     return restart(nothing_stands_in ? kept.shown : kept.next, kept.wanted);
 }
 
@@ -83,6 +89,65 @@ void finish_picture(kept_picture &kept)
     if (!can_go_on(kept.shown, kept) && can_go_on(kept.next, kept) &&
         kept.next.drawn == kept.wanted_vertices)
         std::swap(kept.shown, kept.next);
+}
+
+void draw_in_order(kept_picture &kept, picture_layer &layer, const picture_parts &parts)
+{
+    const std::int32_t count = next_slice(kept.pace, kept.wanted_vertices - layer.drawn);
+    const double start = pace_clock();
+    begin_drawing(layer);
+    // From the last vertex that is drawn: the first segment starts there.
+    const std::int32_t first = std::max(layer.drawn - 1, 0);
+    draw_path_range(parts.program, kept.wanted.matrix, parts.mosaic.mosaic_vao, first,
+                    layer.drawn + count - first, mosaic_colours);
+    end_drawing(layer);
+    time_slice(kept.pace, count, start);
+    layer.drawn += count;
+    layer.begun = std::max(layer.begun, layer.drawn);
+}
+
+// Where the boxes are there already, a pass may well be shorter than a slice.
+bool is_pass_wanted(const kept_picture &kept, const picture_layer &layer,
+                    const picture_parts &parts)
+{
+    if (parts.program == 0 || !has_room(layer.view.area.width, layer.view.area.height))
+        return false;
+    const std::int32_t missing = kept.wanted_vertices - layer.drawn;
+    return are_boxed(kept.chunks, parts.mosaic) ? exceeds_slice(kept.pace, missing)
+                                                : exceeds_frame(kept.pace, missing);
+}
+
+void box_chunks(path_chunks &chunks, const mosaic_state &mosaic)
+{
+    fit_chunks(chunks, mosaic);
+    const double start = pace_clock();
+    while (!are_boxed(chunks, mosaic) && pace_clock() - start < slice_time)
+        box_stretch(chunks, mosaic);
+}
+
+void draw_newest_first(kept_picture &kept, picture_layer &layer, const picture_parts &parts)
+{
+    const path_projection target = {layer.view.matrix, area_in(layer), layer.target.upside_down};
+    const double start = pace_clock();
+    begin_drawing(layer);
+    if (!kept.pass.under_way) {
+        begin_newest_first(kept.pass, target, layer.drawn, kept.wanted_vertices);
+        layer.begun = kept.wanted_vertices;
+    }
+    const std::int32_t most = next_slice(kept.pass_pace, INT32_MAX);
+    std::int32_t drawn = 0;
+    do
+        drawn += draw_newest(kept.pass, target, kept.chunks, parts, most - drawn,
+                             kept.pass_pace.vertices_per_second);
+    while (kept.pass.under_way && drawn < most && pace_clock() - start < slice_time);
+    end_drawing(layer);
+    time_slice(kept.pass_pace, drawn, start);
+    if (kept.pass.under_way)
+        return;
+    layer.drawn = layer.begun;
+    // In order they are drawn as fast at least: one slow slice is not for ever.
+    kept.pace.vertices_per_second =
+        std::max(kept.pace.vertices_per_second, kept.pass_pace.vertices_per_second);
 }
 
 view_axis horizontal_axis(const picture_view &view)
@@ -118,9 +183,12 @@ void show_stand_in(const kept_picture &kept)
 
 bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t vertices)
 {
+    if (!same_view(kept.wanted, view))
+        kept.pass.under_way = false;
     kept.wanted = view;
     kept.wanted_vertices = vertices;
     end_batch(kept.pace);
+    end_batch(kept.pass_pace);
     if (!begin_picture(kept)) {
         // Without one of the layers the other is of no use, and nothing of it is
         // to be drawn between frames.
@@ -134,10 +202,14 @@ bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t ver
 
 void draw_within_frame(kept_picture &kept, const picture_parts &parts)
 {
-    if (exceeds_frame(kept.pace, kept.wanted_vertices - layer_under_way(kept).drawn))
+    const bool too_much =
+        exceeds_frame(kept.pace, kept.wanted_vertices - layer_under_way(kept).drawn);
+    const bool spares = kept.pass.under_way || are_boxed(kept.chunks, parts.mosaic);
+    if (too_much && !spares)
         return;
+    const double time = too_much ? frame_time / 2 : frame_time;
     const double start = pace_clock();
-    while (is_unfinished(kept) && pace_clock() - start < frame_time)
+    while (is_unfinished(kept) && pace_clock() - start < time)
         draw_slice(kept, parts);
 }
 
@@ -151,16 +223,12 @@ bool is_unfinished(const kept_picture &kept)
 void draw_slice(kept_picture &kept, const picture_parts &parts)
 {
     picture_layer &layer = layer_under_way(kept);
-    const std::int32_t count = next_slice(kept.pace, kept.wanted_vertices - layer.drawn);
-    const double start = pace_clock();
-    begin_drawing(layer);
-    // From the last vertex that is drawn: the first segment starts there.
-    const std::int32_t first = std::max(layer.drawn - 1, 0);
-    draw_path_range(parts.program, kept.wanted.matrix, parts.mosaic.mosaic_vao, first,
-                    layer.drawn + count - first, mosaic_colours);
-    end_drawing(layer);
-    time_slice(kept.pace, count, start);
-    layer.drawn += count;
+    if (!kept.pass.under_way && !is_pass_wanted(kept, layer, parts))
+        draw_in_order(kept, layer, parts);
+    else if (!kept.pass.under_way && !are_boxed(kept.chunks, parts.mosaic))
+        box_chunks(kept.chunks, parts.mosaic);
+    else
+        draw_newest_first(kept, layer, parts);
     finish_picture(kept);
 }
 

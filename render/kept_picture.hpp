@@ -12,10 +12,16 @@
 //     yet another view: next starts anew
 //
 // With nothing to stand in, as at first or after a load, shown itself starts anew.
+//
+// What fits into a frame is drawn in the path's order. What does not, which seldom
+// happens with a graphics card, is drawn newest first once its chunks have their
+// boxes; they are read in slices, too.
 #pragma once
 
+#include "render/newest_first.hpp"
 #include "render/offscreen.hpp"
 #include "render/path_buffer.hpp"
+#include "render/path_chunks.hpp"
 #include "render/picture_area.hpp"
 #include "render/picture_parts.hpp"
 #include "render/slice_pace.hpp"
@@ -39,16 +45,21 @@ struct picture_view {
 struct picture_layer {
     offscreen target;
     picture_view view;
-    std::int32_t drawn; // vertices of the mosaic
+    std::int32_t drawn; // vertices of the mosaic, from its start
+    std::int32_t begun; // so many at most have left anything on it
 };
 
-/// All zero: nothing kept. Main thread only.
+/// All zero: nothing kept. It is too large for a thread's stack. Main thread only.
 struct kept_picture {
     picture_layer shown;
     picture_layer next; // takes the place of `shown` once it is whole
     picture_view wanted;
     std::int32_t wanted_vertices;
     slice_pace pace;
+
+    path_chunks chunks; // of the mosaic, once a picture of it takes too long
+    newest_first pass;  // over the layer that is on its way
+    slice_pace pass_pace;
 };
 
 /// Wants this view with the path's first `vertices`. False when the driver makes

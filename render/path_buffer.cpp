@@ -3,6 +3,22 @@
 namespace vimbo
 {
 
+namespace
+{
+
+void use_path_program(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                      const path_colours &colours)
+{
+    glBindVertexArray(vertex_array);
+    glUseProgram(program);
+    glUniformMatrix4fv(glGetUniformLocation(program, "m"), 1, GL_FALSE, matrix.element);
+    glUniform3fv(glGetUniformLocation(program, "klr"), 2, &colours.klr[0][0]);
+    glLineWidth(1.0F);
+    glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
+}
+
+} // namespace
+
 void clear_picture()
 {
     glClearColor(0.432F, 0.557F, 0.745F, 0.0F);
@@ -20,13 +36,18 @@ void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_ar
 {
     if (program == 0 || vertex_array == 0 || count <= 0)
         return;
-    glBindVertexArray(vertex_array);
-    glUseProgram(program);
-    glUniformMatrix4fv(glGetUniformLocation(program, "m"), 1, GL_FALSE, matrix.element);
-    glUniform3fv(glGetUniformLocation(program, "klr"), 2, &colours.klr[0][0]);
-    glLineWidth(1.0F);
-    glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
+    use_path_program(program, matrix, vertex_array, colours);
     glDrawArrays(GL_LINE_STRIP, first, count);
+}
+
+void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                    const path_runs &runs, const path_colours &colours)
+{
+    if (program == 0 || vertex_array == 0 || runs.used == 0)
+        return;
+    use_path_program(program, matrix, vertex_array, colours);
+    const int from = path_run_capacity - runs.used;
+    glMultiDrawArrays(GL_LINE_STRIP, runs.first + from, runs.count + from, runs.used);
 }
 
 } // namespace vimbo

@@ -43,4 +43,18 @@ void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_a
 void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                      std::int32_t first, std::int32_t count, const path_colours &colours);
 
+inline constexpr int path_run_capacity = 1024;
+
+/// Ranges of a path's vertices, the last one first in the path: they are filled
+/// from the end of the path to its start.
+struct path_runs {
+    GLint first[path_run_capacity];
+    GLsizei count[path_run_capacity];
+    int used; // the last so many of the arrays
+};
+
+/// Draws the runs in the path's order, each as draw_path_range would.
+void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
+                    const path_runs &runs, const path_colours &colours);
+
 } // namespace vimbo

@@ -11,7 +11,6 @@ namespace vimbo
 namespace
 {
 
-constexpr double slice_time = 0.008;
 constexpr std::int32_t first_slice = 8192;
 constexpr std::int32_t least_slice = 1024; // shorter ones tell nothing
 
@@ -37,6 +36,11 @@ double pace_clock()
 std::int32_t next_slice(const slice_pace &pace, std::int32_t missing)
 {
     return std::min(missing, pace.slice_vertices > 0 ? pace.slice_vertices : first_slice);
+}
+
+bool exceeds_slice(const slice_pace &pace, std::int32_t missing)
+{
+    return pace.vertices_per_second > 0 && missing > pace.vertices_per_second * slice_time;
 }
 
 bool exceeds_frame(const slice_pace &pace, std::int32_t missing)

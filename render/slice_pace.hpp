@@ -9,6 +9,9 @@
 namespace vimbo
 {
 
+/// Seconds that a slice should take.
+inline constexpr double slice_time = 0.008;
+
 /// All zero: nothing is known yet. Main thread only.
 struct slice_pace {
     std::int32_t slice_vertices; // of the next slice; 0 before the first is timed
@@ -27,7 +30,8 @@ double pace_clock();
 /// How many of the missing vertices the next slice draws.
 std::int32_t next_slice(const slice_pace &pace, std::int32_t missing);
 
-/// True when these vertices are known to take longer than a frame.
+/// True when these vertices are known to take longer than a slice, or a frame.
+bool exceeds_slice(const slice_pace &pace, std::int32_t missing);
 bool exceeds_frame(const slice_pace &pace, std::int32_t missing);
 
 /// Ends a slice of so many vertices that was begun at `start`, and learns from the

@@ -29,7 +29,7 @@ bool is_start(const picker_walk &walk, std::string_view path)
 {
     const std::string_view start = walk.start_directory;
     return start.starts_with(path) &&
-           start.find_first_not_of('/', path.size()) == std::string_view::npos;
+           start.find_first_not_of("/\\", path.size()) == std::string_view::npos;
 }
 
 bool is_listed(const picker_walk &walk, const char *path, entry_kind kind)

@@ -6,6 +6,7 @@
 // All output, errors too, goes to standard output, where the one who started it
 // reads it.
 #include "platform/command_options.hpp"
+#include "platform/program_start.hpp"
 #include "toolchain/mosaic_writer.hpp"
 #include "toolchain/move_follower.hpp"
 #include "toolchain/path_summary.hpp"
@@ -96,8 +97,9 @@ std::optional<request> parse(int argument_count, char *arguments[])
     return wanted;
 }
 
-std::optional<std::string> read_file(const std::string &path)
+std::optional<std::string> read_file(const std::string &name)
 {
+    const std::filesystem::path path(std::u8string(name.begin(), name.end()));
     std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
     if (!file || std::filesystem::is_directory(path) ||
@@ -197,6 +199,7 @@ int run_integration(const request &wanted)
 
 int main(int argument_count, char *arguments[])
 {
+    vimbo::start_program(argument_count, arguments);
     const std::optional<request> wanted = parse(argument_count, arguments);
     if (!wanted)
         return usage();

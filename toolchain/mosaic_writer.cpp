@@ -65,7 +65,7 @@ std::string mosaic_writer::finish()
     // A full disk may show only now.
     const bool closed = std::fclose(file) == 0;
     file = nullptr;
-    if (!whole || !closed || std::rename(temporary.c_str(), path.c_str()) != 0)
+    if (!whole || !closed || !replace_file(temporary, path))
         note_failure("cannot write ");
     else
         temporary.clear();

@@ -3,6 +3,7 @@
 //
 //   plimb MOSAIC
 #include "mosaic/mosaic_file.hpp"
+#include "platform/program_start.hpp"
 #include "toolchain/path_statistics.hpp"
 #include "toolchain/system.hpp"
 
@@ -30,6 +31,7 @@ void print(const std::array<double, Count> &values)
 
 int main(int argument_count, char *arguments[])
 {
+    vimbo::start_program(argument_count, arguments);
     if (argument_count != 2) {
         std::fputs("usage: plimb MOSAIC\n", stderr);
         return 1;

@@ -25,4 +25,8 @@ std::span<const unsigned char> map_file(const char *path);
 /// `path`. Null, an empty `path` and errno when it could not.
 FILE *create_file_beside(std::string &path);
 
+/// Gives the file `from` the name `to`, in place of the file of that name. False, and
+/// errno, when it could not.
+bool replace_file(const std::string &from, const std::string &to);
+
 } // namespace toolchain

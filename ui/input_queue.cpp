@@ -12,12 +12,15 @@ namespace
 // it came in: a key, then text, then Enter, then copy or cut, then paste, then the
 // tab. So a layout takes events only as long as their phases rise, and one key of
 // each. It also knows the pointer at one place and Shift in one state: a layout
-// takes one press or release of a button, and none beside keys or text.
+// takes one press or release of a button, none beside keys or text, and none behind a
+// motion. So what the pointer moved before a press is no drag yet, and what it moved
+// before the release still is.
 enum class phase { nothing, key, text, enter, cut_or_copy, paste, tab };
 
 struct batch {
     phase reached = phase::nothing;
     bool pointer_used = false; // a button or the wheel: the pointer has to stay
+    bool pointer_moved = false;
     bool button_used = false;
     bool key_used = false; // shift has to stay
     int text_bytes = 0;
@@ -52,7 +55,7 @@ void take_motion(nk_context *context, const input_event &event)
 
 bool take_button(batch &taken, nk_context *context, const input_event &event)
 {
-    if (taken.button_used || keyboard_used(taken))
+    if (taken.pointer_moved || taken.button_used || keyboard_used(taken))
         return false;
     take_motion(context, event);
     nk_input_button(context, static_cast<nk_buttons>(event.code), static_cast<int>(event.x),
@@ -109,6 +112,7 @@ bool take_event(batch &taken, nk_context *context, const input_event &event)
         if (taken.pointer_used)
             return false;
         take_motion(context, event);
+        taken.pointer_moved = true;
         return true;
     case input_kind::button:
         return take_button(taken, context, event);

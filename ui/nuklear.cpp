@@ -1,11 +1,24 @@
 // Nuklear's and its GLFW/OpenGL 3 backend's implementation; warnings are off
 // for this file, whose code is all theirs.
+#include "platform/files.hpp"
+
 #include <GL/glew.h>
 
 #include <GLFW/glfw3.h>
 
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+// Nuklear opens the font by its path, which is UTF-8; a C library's own fopen need not
+// take it so.
+static FILE *open_font(const char *path)
+{
+    std::uint64_t size = 0;
+    return vimbo::open_regular_file(path, size);
+}
+#define fopen(path, mode) open_font(path)
 
 #define NK_IMPLEMENTATION
 #include "ui/nuklear.hpp"

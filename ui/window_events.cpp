@@ -1,5 +1,6 @@
 #include "ui/window_events.hpp"
 
+#include "platform/window_system.hpp"
 #include "ui/nuklear_backend.hpp"
 #include "ui/take_key.hpp"
 
@@ -116,12 +117,30 @@ void on_motion(GLFWwindow *window, double x, double y)
     queue_input(queue, {input_kind::motion, false, false, 0, queue.pointer_x, queue.pointer_y});
 }
 
+bool is_dragging(GLFWwindow *window)
+{
+    return glfwGetMouseButton(window, GLFW_MOUSE_BUTTON_LEFT) == GLFW_PRESS ||
+           glfwGetMouseButton(window, GLFW_MOUSE_BUTTON_MIDDLE) == GLFW_PRESS ||
+           glfwGetMouseButton(window, GLFW_MOUSE_BUTTON_RIGHT) == GLFW_PRESS;
+}
+
+// Asks where the pointer is. Beyond the window's edge it is followed only while it
+// drags: then what lies over the window, or beside it, is not in its way.
 void note_pointer(GLFWwindow *window)
 {
-    double x = 0;
-    double y = 0;
-    glfwGetCursorPos(window, &x, &y);
+    constexpr double far_outside = -16384;
+    double x = far_outside;
+    double y = far_outside;
+    if (is_dragging(window) || glfwGetWindowAttrib(window, GLFW_HOVERED) == GLFW_TRUE)
+        glfwGetCursorPos(window, &x, &y);
     on_motion(window, x, y);
+}
+
+// GLFW tells of no motion outside, nor of one that it finds to end where the last
+// one did.
+void on_pointer_crossed_edge(GLFWwindow *window, int /*entered*/)
+{
+    note_pointer(window);
 }
 
 // The pointer has then another place in the window without having moved.
@@ -165,10 +184,12 @@ void watch_input(GLFWwindow *window, input_queue &queue)
     glfwSetKeyCallback(window, on_key);
     glfwSetCharCallback(window, on_character);
     glfwSetCursorPosCallback(window, on_motion);
+    glfwSetCursorEnterCallback(window, on_pointer_crossed_edge);
     glfwSetMouseButtonCallback(window, on_button);
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
     glfwSetWindowPosCallback(window, on_window_moved);
+    watch_pointer_entry(window, on_motion);
     note_pointer(window);
 }
 

@@ -228,6 +228,46 @@ TEST_F(View, PansWithTheLeftButtonAndIsResetWithTheMiddleOne)
     expect_good_end();
 }
 
+TEST_F(View, PansByADragThatBeginsAndEndsBetweenTwoFrames)
+{
+    const span first = marks_on_row(centre.y);
+    const int shift = static_cast<int>(std::lround(30.0 / 1200 * 4 * area.w / 2));
+    for (int flick = 1; flick <= 3; ++flick) {
+        screen->move({centre.x - 20, centre.y});
+        screen->settle();
+        kill(vimbo->id(), SIGSTOP);
+        screen->move({centre.x - 15, centre.y});
+        screen->press();
+        screen->move({centre.x, centre.y});
+        screen->move({centre.x + 15, centre.y});
+        screen->release();
+        screen->move({centre.x + 25, centre.y});
+        kill(vimbo->id(), SIGCONT);
+        screen->settle();
+        EXPECT_NEAR(marks_on_row(centre.y).left - first.left, flick * shift, 2 * flick)
+            << "after drag number " << flick;
+    }
+    expect_good_end();
+}
+
+TEST_F(View, StopsItsReplayWhenThePointerLeavesTheWindow)
+{
+    screen->click(centre, 3);
+    ASSERT_TRUE(wait_until([&] { return count_in_picture(mark_colour) > before / 8; }));
+    const point outside = {1500, centre.y};
+    screen->move(outside);
+    screen->settle();
+    const int stopped = count_in_picture(mark_colour);
+    ASSERT_LT(stopped, before) << "the replay was over before the pointer left";
+    for (int i = 0; i < 10; ++i)
+        screen->settle();
+    EXPECT_EQ(count_in_picture(mark_colour), stopped) << "the replay went on without the pointer";
+    screen->move(centre);
+    EXPECT_TRUE(wait_until([&] { return count_in_picture(mark_colour) > stopped; }))
+        << "the replay does not go on with the pointer back";
+    expect_good_end();
+}
+
 TEST_F(View, ReplaysWithTheRightButton)
 {
     screen->click(centre, 3);

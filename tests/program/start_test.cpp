@@ -52,6 +52,17 @@ TEST_F(Start, FailsInOneLineWithoutAWindow)
     EXPECT_TRUE(is_one_glfw_error(run.printed)) << run.printed;
 }
 
+TEST_F(Start, FailsInOneLineWithASizeThatNoWindowCanHave)
+{
+    const x_server display(640, 480);
+    for (const char *size : {"-5,30", "30,-5", "100000,100000", "32767,32767", "32767,10"}) {
+        const ended_run run =
+            run_to_end({VIMBO_PROGRAM, "-w", size}, {"DISPLAY=" + display.name()});
+        EXPECT_EQ(run.exit_code, 255) << size;
+        EXPECT_EQ(run.complaints, "Failed to create the window\n") << size;
+    }
+}
+
 TEST_F(Start, FailsInOneLineWithoutOpenGL33)
 {
     const x_server display(640, 480);
@@ -75,8 +86,9 @@ TEST_F(Start, GoesOnWithoutItsFont)
     display.close_window(wait_for_window(display));
     EXPECT_EQ(run.wait_for_end(), 0);
     EXPECT_EQ(printed(), "");
-    EXPECT_EQ(complaints(), "no font at ../share/pellor/common/fonts/iosevka-regular.ttf: using the "
-                         "built-in one\n");
+    EXPECT_EQ(complaints(),
+              "no font at ../share/pellor/common/fonts/iosevka-regular.ttf: using the "
+              "built-in one\n");
 }
 
 TEST_F(Start, FindsItsFontFromItsWorkingDirectory)

@@ -345,4 +345,29 @@ TEST_F(Statistics, HighlightTheColumnUnderThePointer)
     expect_good_end();
 }
 
+TEST_F(Statistics, HighlightNothingOnceThePointerHasLeftTheWindow)
+{
+    tools.put("plimb", "numbers 48 0 numbers 1 0.75 numbers 1 0.25");
+    start({.statistics = true});
+    choose_moves();
+    driver->press("↻");
+    awaited_arguments("plimb");
+    ASSERT_TRUE(shows_columns(0.75F, 0.25F));
+    const struct nk_rect column = columns(0.75F, 0.25F)[0];
+    screen->move({1500, 30});
+    screen->settle();
+    const image before = screen->screenshot();
+    const point inside = {static_cast<int>(column.x + column.w / 2),
+                          static_cast<int>(column.y + column.h / 2)};
+    screen->move(inside);
+    ASSERT_TRUE(wait_until([&] { return count(column, outline_colour) > 100; }));
+    screen->move({1500, inside.y});
+    EXPECT_TRUE(wait_until([&] { return screen->screenshot().pixels == before.pixels; }))
+        << "highlight or tooltip stay behind";
+    // Back where it was last, a click counts there.
+    screen->move(inside);
+    EXPECT_TRUE(wait_until([&] { return count(column, outline_colour) > 100; }));
+    expect_good_end();
+}
+
 } // namespace

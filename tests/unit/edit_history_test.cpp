@@ -107,12 +107,16 @@ TEST_F(History, ForgetsWhatWasUndoneWithTheNextEdit)
 
 TEST_F(History, KeepsCharactersOfSeveralBytesWhole)
 {
-    edit("µm");
-    edit("µn"); // the last byte differs
-    edit("¶n"); // the second byte of the first character differs
-    ASSERT_TRUE(undo());
-    ASSERT_TRUE(undo());
-    EXPECT_EQ(text, "µm");
+    edit("aµm");
+    edit("a¶m"); // the second byte of the character differs
+    text_change change = {};
+    ASSERT_TRUE(take_undo(*history, change));
+    EXPECT_EQ(change.position, 1U) << "where the cursor goes";
+    EXPECT_EQ(change.removed, 2U);
+    EXPECT_EQ(change.inserted, "µ");
+    ASSERT_TRUE(take_redo(*history, change));
+    EXPECT_EQ(change.position, 1U);
+    EXPECT_EQ(change.inserted, "¶");
 }
 
 TEST_F(History, DropsItsOldestRecordsWhenItIsFull)
@@ -157,6 +161,37 @@ TEST_F(History, UndoesAndRedoesThousandsOfRandomEditsExactly)
         ASSERT_TRUE(seen != texts.end());
     }
     EXPECT_TRUE(text == last);
+}
+
+TEST_F(History, HoldsAChangeOfExactlyItsCapacity)
+{
+    edit(std::string(history_bytes, 'x'));
+    ASSERT_TRUE(undo()) << "a change that just fits was not noted";
+    EXPECT_EQ(text, "");
+    ASSERT_TRUE(redo());
+    EXPECT_EQ(text.size(), history_bytes);
+    edit(text.substr(1)); // one byte more than it has room for
+    ASSERT_TRUE(undo());
+    EXPECT_EQ(text.size(), history_bytes);
+    EXPECT_FALSE(undo()) << "there is room for both";
+}
+
+TEST_F(History, HoldsAsManyEditsAsItHasRecords)
+{
+    const auto undo_all = [this] {
+        std::size_t count = 0;
+        while (count <= 2 * history_records && undo())
+            ++count;
+        return count;
+    };
+    for (std::size_t i = 0; i < history_records; ++i)
+        edit(i % 2 == 0 ? "a" : "b");
+    EXPECT_EQ(undo_all(), history_records);
+    EXPECT_EQ(text, "");
+    while (redo()) {
+    }
+    edit("one more");
+    EXPECT_EQ(undo_all(), history_records - history_records / 4) << "a quarter makes room";
 }
 
 TEST_F(History, IsClearedByAChangeThatItHasNoRoomFor)

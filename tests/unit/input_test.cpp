@@ -56,6 +56,16 @@ protected:
         return {context.input.keyboard.text,
                 static_cast<std::size_t>(context.input.keyboard.text_len)};
     }
+    // Of as many layouts as it takes until nothing waits.
+    std::string all_text()
+    {
+        std::string all;
+        for (int i = 0; i < most_layouts && has_input(*queue); ++i) {
+            layout();
+            all += text();
+        }
+        return all;
+    }
     bool pressed(nk_keys code) const
     {
         return nk_input_is_key_pressed(&context.input, code) != 0;
@@ -141,6 +151,9 @@ TEST_F(Input, ShowsAClickShorterThanAFrameAsPressAndRelease)
     button(false, 10, 20);
     motion(300, 300);
     layout();
+    EXPECT_EQ(context.input.mouse.pos.x, 10);
+    EXPECT_FALSE(nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT));
+    layout();
     EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_LEFT));
     EXPECT_EQ(context.input.mouse.pos.x, 10);
     layout();
@@ -148,6 +161,26 @@ TEST_F(Input, ShowsAClickShorterThanAFrameAsPressAndRelease)
     layout();
     EXPECT_EQ(context.input.mouse.pos.x, 300);
     EXPECT_FALSE(has_input(*queue));
+}
+
+TEST_F(Input, CountsAsDragWhatThePointerMovesBetweenPressAndReleaseAndNothingElse)
+{
+    motion(10, 20);
+    layout();
+    motion(50, 20);
+    button(true, 50, 20);
+    motion(80, 20);
+    motion(150, 20);
+    button(false, 150, 20);
+    motion(170, 20);
+    float dragged = 0;
+    for (int i = 0; i < 20 && has_input(*queue); ++i) {
+        layout();
+        if (nk_input_is_mouse_down(&context.input, NK_BUTTON_LEFT))
+            dragged += context.input.mouse.delta.x;
+    }
+    EXPECT_FALSE(has_input(*queue));
+    EXPECT_EQ(dragged, 100);
 }
 
 TEST_F(Input, LeavesAClickBehindTextForTheNextLayout)
@@ -172,9 +205,54 @@ TEST_F(Input, AddsWheelNotchesUp)
 
 TEST_F(Input, LosesOnlyWhatIsBeyondItsCapacity)
 {
+    // In no order of the alphabet's length, so that what is missing shows.
+    std::string typed;
     for (std::size_t i = 0; i < input_capacity + 10; ++i)
-        type("a");
+        typed += static_cast<char>('a' + i * i % 23);
+    type(typed);
     EXPECT_EQ(queue->count, input_capacity);
+    const std::string arrived = all_text();
+    EXPECT_EQ(arrived.size(), input_capacity);
+    EXPECT_TRUE(typed.starts_with(arrived)) << "what arrived is not what was typed first";
+    type("after it");
+    EXPECT_EQ(all_text(), "after it") << "the queue takes input again";
+}
+
+TEST_F(Input, LeavesTextBehindEnterForTheNextLayout)
+{
+    type("a");
+    key(NK_KEY_ENTER);
+    type("b");
+    layout();
+    EXPECT_EQ(text(), "a");
+    EXPECT_TRUE(pressed(NK_KEY_ENTER));
+    layout();
+    EXPECT_EQ(text(), "b");
+    EXPECT_FALSE(pressed(NK_KEY_ENTER));
+}
+
+TEST_F(Input, HoldsNoKeyDownInTheLayoutAfter)
+{
+    key(NK_KEY_BACKSPACE, true);
+    layout();
+    EXPECT_TRUE(context.input.keyboard.keys[NK_KEY_BACKSPACE].down);
+    layout();
+    EXPECT_FALSE(context.input.keyboard.keys[NK_KEY_BACKSPACE].down);
+    EXPECT_FALSE(context.input.keyboard.keys[NK_KEY_SHIFT].down);
+}
+
+TEST_F(Input, ScrollsToTheEndsWithTheKeysThatGoThere)
+{
+    key(NK_KEY_TEXT_START);
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_TEXT_START));
+    EXPECT_TRUE(pressed(NK_KEY_SCROLL_START)) << "what scrolls stays where it was";
+    EXPECT_FALSE(pressed(NK_KEY_SCROLL_END));
+    key(NK_KEY_TEXT_END);
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_TEXT_END));
+    EXPECT_TRUE(pressed(NK_KEY_SCROLL_END)) << "what scrolls stays where it was";
+    EXPECT_FALSE(pressed(NK_KEY_SCROLL_START));
 }
 
 } // namespace

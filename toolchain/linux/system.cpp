@@ -74,4 +74,9 @@ FILE *create_file_beside(std::string &path)
     return stream;
 }
 
+bool replace_file(const std::string &from, const std::string &to)
+{
+    return std::rename(from.c_str(), to.c_str()) == 0;
+}
+
 } // namespace toolchain

@@ -1,6 +1,7 @@
+// For systems whose C library has getopt.
 #include "platform/command_options.hpp"
 
-#include <unistd.h>
+#include <getopt.h>
 
 namespace vimbo
 {

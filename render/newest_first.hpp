@@ -1,0 +1,63 @@
+// A long path drawn so that what is covered again later is not drawn at all: its
+// newest chunks first, each batch of them farther away than the batch before it.
+//
+//     path      0 ............................................ end
+//     chunks    |   |   |   |   |   |   |   |   |   |   |   |
+//     batches           ... |  batch 3  | batch 2 |  batch 1  |    drawn from right
+//     depth           far 1 ... 3 steps   2 steps    1 step        to left
+//     slices                ...   slice 2 |       slice 1     |    between frames
+//
+// Within a batch all lines have one depth and are drawn in the path's order, and
+// with GL_LEQUAL the later one wins; an older batch is farther and never covers a
+// newer one. So the picture is, to the pixel, that of one draw in the path's order.
+// Now and then the depths are looked at, which tells the pixels that are covered;
+// chunks whose every pixel is covered, or which lie outside of the picture, are
+// left out of the next batches. A look costs as much as drawing a hundred lines or
+// more: how far apart looks are depends on what the last one has spared.
+#pragma once
+
+#include "render/covered_pixels.hpp"
+#include "render/path_buffer.hpp"
+#include "render/path_chunks.hpp"
+#include "render/path_projection.hpp"
+#include "render/picture_parts.hpp"
+
+#include <cstdint>
+
+namespace vimbo
+{
+
+/// One pass over a part of a path, that ends with every line of it drawn or known
+/// to be covered. All zero: none under way. Main thread only.
+struct newest_first {
+    bool under_way;
+    std::int32_t first;   // the vertices at whose segments the pass is, from
+    std::int32_t undrawn; // here, to here; those up to its end are done
+    std::int32_t batches; // drawn in this pass
+    std::int32_t drawn;   // vertices of theirs; the others were left out
+    path_box visible;     // what lies beside it is outside of the picture
+
+    std::int32_t look_after; // vertices to draw before the next look
+    std::int32_t unseen;     // vertices drawn since the last one
+    pixel_range touched;     // by them
+    std::int64_t spared;     // vertices left out thanks to the last look
+    double look_time;        // seconds that it took
+
+    path_runs runs; // of the batch
+    covered_pixels covered;
+};
+
+/// Begins a pass over the segments that end at the vertices `first` to `end`, on
+/// top of what the target's area shows. The framebuffer is bound and the area begun,
+/// now and for each batch; covered_pixels must have room for it.
+void begin_newest_first(newest_first &pass, const path_projection &target, std::int32_t first,
+                        std::int32_t end);
+
+/// Draws a batch of at most about so many vertices, and looks at the depths when it
+/// is time to: `vertices_per_second` says what a look is worth. Gives how many were
+/// drawn.
+std::int32_t draw_newest(newest_first &pass, const path_projection &target,
+                         const path_chunks &chunks, const picture_parts &parts,
+                         std::int32_t most_vertices, double vertices_per_second);
+
+} // namespace vimbo

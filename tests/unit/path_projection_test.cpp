@@ -1,0 +1,104 @@
+#include "render/path_projection.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <random>
+
+namespace
+{
+
+using vimbo::path_box;
+using vimbo::path_projection;
+using vimbo::pixel_box;
+
+path_projection projection_of(float zoom, float pan_x, float pan_y, bool upside_down = false)
+{
+    path_projection projection = {};
+    projection.matrix.element[0] = 64 * zoom * 0.75F;
+    projection.matrix.element[5] = 64 * zoom;
+    projection.matrix.element[12] = pan_x;
+    projection.matrix.element[13] = pan_y;
+    projection.area = {17, 23, 757, 500};
+    projection.upside_down = upside_down;
+    return projection;
+}
+
+TEST(PathProjection, PutsThePathsCentreIntoTheAreasMiddle)
+{
+    const pixel_box centre = pixels_of(path_box{0, 0, 0, 0}, projection_of(1, 0, 0));
+    EXPECT_NEAR(centre.left, 378.5, 0.01);
+    EXPECT_NEAR(centre.right, 378.5, 0.01);
+    EXPECT_NEAR(centre.bottom, 250, 0.01);
+    const path_box above = {0, 10000000, 0, 10000000};
+    EXPECT_GT(pixels_of(above, projection_of(1, 0, 0)).bottom, 300);
+    EXPECT_LT(pixels_of(above, projection_of(1, 0, 0, true)).top, 200);
+}
+
+// A vertex as the driver places it, in single precision.
+float placed(std::int32_t length, float scale, float shift, float half)
+{
+    const float normalised = std::max(static_cast<float>(length) / 2147483647.0F, -1.0F);
+    return (normalised * scale + shift) * half + half;
+}
+
+TEST(PathProjection, HoldsItsVerticesAsADriverPlacesThem)
+{
+    std::mt19937 random(3);
+    const auto share = [&] { return static_cast<float>(random() % 2001) / 1000 - 1; };
+    for (int i = 0; i < 100000; ++i) {
+        const float zoom = std::exp2(static_cast<float>(random() % 21));
+        const path_projection projection = projection_of(zoom, share() * zoom, share() * zoom);
+        const auto x = static_cast<std::int32_t>(random()) >> (random() % 30);
+        const auto y = static_cast<std::int32_t>(random()) >> (random() % 30);
+        const pixel_box box = pixels_of(path_box{x, y, x, y}, projection);
+        const GLfloat *m = projection.matrix.element;
+        const float across = placed(x, m[0], m[12], 757.0F / 2);
+        const float up = placed(y, m[5], m[13], 500.0F / 2);
+        EXPECT_LE(box.left, across);
+        EXPECT_GE(box.right, across);
+        EXPECT_LE(box.bottom, up);
+        EXPECT_GE(box.top, up);
+        EXPECT_LT(box.right - box.left, 0.01 + (std::fabs(across) + zoom * 757) * 1e-5);
+    }
+}
+
+TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
+{
+    std::mt19937 random(4);
+    const auto share = [&] { return static_cast<float>(random() % 2001) / 1000 - 1; };
+    auto covered = std::make_unique<vimbo::covered_pixels>();
+    clear_covered(*covered, 757, 500);
+    int left_out = 0;
+    for (int i = 0; i < 100000; ++i) {
+        const float zoom = std::exp2(static_cast<float>(random() % 21));
+        const path_projection projection =
+            projection_of(zoom, share() * zoom, share() * zoom, i % 2 == 0);
+        const auto x = static_cast<std::int32_t>(random()) >> (random() % 30);
+        const auto y = static_cast<std::int32_t>(random()) >> (random() % 30);
+        const path_box box = {x, y, x + 100, y + 1000};
+        if (!are_apart(box, lengths_in(projection)))
+            continue;
+        ++left_out;
+        const vimbo::pixel_range range = range_of(*covered, pixels_of(box, projection));
+        EXPECT_LT(range.right, range.left);
+    }
+    EXPECT_GT(left_out, 10000);
+}
+
+TEST(PathProjection, LeavesNothingOutOfAViewWithoutNumbers)
+{
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    const path_box corner = {INT32_MIN, INT32_MAX, INT32_MIN, INT32_MAX};
+    for (const float beyond : {infinity, -infinity, nan}) {
+        EXPECT_FALSE(are_apart(corner, lengths_in(projection_of(beyond, 0, 0))));
+        EXPECT_FALSE(are_apart(corner, lengths_in(projection_of(1e-9F, beyond, beyond))));
+        EXPECT_TRUE(std::isnan(pixels_of(corner, projection_of(beyond, 0, 0)).left));
+        EXPECT_TRUE(std::isnan(pixels_of(corner, projection_of(1, 0, beyond)).top));
+    }
+    EXPECT_FALSE(are_apart(corner, lengths_in(projection_of(0, 0, 0))));
+}
+
+} // namespace
