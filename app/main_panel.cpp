@@ -7,6 +7,8 @@
 #include "ui/open_list.hpp"
 #include "ui/take_key.hpp"
 
+#include <utility>
+
 namespace vimbo
 {
 
@@ -56,6 +58,8 @@ void lower_row(app_state &app)
     begin_body_row(frame.context, static_cast<float>(frame.window_height) - above_lower_row,
                    has_flag(frame.ui_flags, ui_flag::preview_shown));
     evaluation_panel(frame, app.evaluation, app.mosaic, app.editor.source_text);
+    if (app.evaluation.wanted_line != 0)
+        show_line(app.editor, std::exchange(app.evaluation.wanted_line, 0));
     toggle_button(frame, "|", ui_flag::preview_shown);
     if (has_flag(frame.ui_flags, ui_flag::preview_shown))
         preview_panel(frame, app.preview);

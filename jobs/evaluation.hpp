@@ -22,6 +22,9 @@ struct evaluation_state {
     /// box edits it in place.
     char eval_text[eval_text_capacity];
     output_box_state output_box;
+    /// The source's line that the operator wants to see, from 1; 0 when none. Whoever
+    /// shows it takes it away.
+    int wanted_line;
     /// The edited text's copy that the evaluator reads. Empty until first needed.
     char temp_source_path[temp_source_path_capacity];
     double unit_um = 35.0;

@@ -61,7 +61,9 @@ void evaluation_panel(frame_state &frame, evaluation_state &evaluation, mosaic_s
     else
         start_row(frame, evaluation, mosaic, source_text);
     options_row(frame, evaluation);
-    output_box(context, evaluation.output_box, evaluation.eval_text);
+    const int line = output_box(context, evaluation.output_box, evaluation.eval_text);
+    if (line != 0)
+        evaluation.wanted_line = line;
     nk_group_end(context);
 }
 

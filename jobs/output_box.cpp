@@ -81,32 +81,72 @@ void follow_keys(nk_context *context, nk_text_edit &edit, std::string_view text,
         context->clip.copy(context->clip.userdata, text.data(), edit.string.len);
 }
 
-void text_box(nk_context *context, output_box_state &box, std::span<char> text)
+std::string_view line_at(std::string_view text, float row)
+{
+    for (; row >= 1 && !text.empty(); --row) {
+        const std::size_t feed = text.find('\n');
+        text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
+    }
+    return text.substr(0, text.find('\n'));
+}
+
+// What a double click names; 0 when there is none.
+int double_clicked_line(const nk_context *context, const nk_text_edit &edit, std::string_view text,
+                        const struct nk_rect &bounds)
+{
+    const nk_style_edit &style = context->style.edit;
+    if (!takes_input(context) ||
+        nk_input_is_mouse_pressed(&context->input, NK_BUTTON_DOUBLE) == 0 ||
+        nk_input_is_mouse_hovering_rect(&context->input, bounds) == 0)
+        return 0;
+    const float y = context->input.mouse.pos.y - bounds.y - style.padding.y - style.border;
+    const float row_height = context->style.font->height + style.row_padding;
+    return named_line(line_at(text, (y + edit.scrollbar.y) / row_height));
+}
+
+int text_box(nk_context *context, output_box_state &box, std::span<char> text)
 {
     const float height = seen_height(context);
     nk_layout_row_dynamic(context, height, 1);
     nk_text_edit &edit = box.edit;
     take_text(edit, text);
-    focus_when_pressed(context, nk_widget_bounds(context));
+    const struct nk_rect bounds = nk_widget_bounds(context);
+    focus_when_pressed(context, bounds);
     const std::string_view before(text.data(), edit.string.buffer.allocated);
     if (box.wants_end)
         scroll_to_end(context, edit, before, height);
     box.wants_end = false;
+    const int wanted_line = double_clicked_line(context, edit, before, bounds);
     if (has_focus(context) && takes_input(context))
         follow_keys(context, edit, before, height);
     nk_edit_buffer(context, NK_EDIT_MULTILINE, &edit, nk_filter_default);
     text[std::min(edit.string.buffer.allocated, text.size() - 1)] = '\0';
+    return wanted_line;
 }
 
 } // namespace
 
-void output_box(nk_context *context, output_box_state &box, std::span<char> text)
+int output_box(nk_context *context, output_box_state &box, std::span<char> text)
 {
     nk_layout_row_dynamic(context, group_height, 1);
     if (nk_group_begin(context, "Preview", NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) == 0)
-        return;
-    text_box(context, box, text);
+        return 0;
+    const int wanted_line = text_box(context, box, text);
     nk_group_end(context);
+    return wanted_line;
+}
+
+int named_line(std::string_view text)
+{
+    for (std::size_t colon = 0; (colon = text.find(':', colon)) != std::string_view::npos;) {
+        int number = 0;
+        std::size_t at = ++colon;
+        for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
+            number = std::min(number * 10 + (text[at] - '0'), most_named_line);
+        if (number > 0 && at < text.size() && text[at] == ':')
+            return number;
+    }
+    return 0;
 }
 
 } // namespace vimbo

@@ -5,6 +5,7 @@
 #include "ui/nuklear.hpp"
 
 #include <span>
+#include <string_view>
 
 struct nk_context;
 
@@ -18,7 +19,14 @@ struct output_box_state {
 };
 
 /// The box, in the row that is being laid out; it edits the zero-terminated text in
-/// place.
-void output_box(nk_context *context, output_box_state &box, std::span<char> text);
+/// place. A double click on a line that names one of the source, as errors do, gives
+/// that line's number; otherwise 0.
+int output_box(nk_context *context, output_box_state &box, std::span<char> text);
+
+/// More lines than a source has.
+inline constexpr int most_named_line = 1000000;
+
+/// N, at most that many, of the first ":N:" in the text; 0 when there is none.
+int named_line(std::string_view text);
 
 } // namespace vimbo

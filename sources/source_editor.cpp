@@ -83,6 +83,16 @@ void apply_change(source_editor_state &editor, const text_change &change)
     note_text(editor);
 }
 
+void go_to_line(source_editor_state &editor, int line)
+{
+    const std::string_view text = text_of(editor);
+    nk_text_edit &edit = editor.source_edit;
+    edit.cursor = character_count(text.substr(0, line_start(text, 0, line - 1)));
+    edit.select_start = edit.cursor;
+    edit.select_end = edit.cursor;
+    edit.has_preferred_x = 0;
+}
+
 void undo_and_redo(nk_context *context, source_editor_state &editor)
 {
     text_change change = {};
@@ -145,6 +155,12 @@ void load_source(source_editor_state &editor, const char *path)
     cover_end(editor);
 }
 
+void show_line(source_editor_state &editor, int line)
+{
+    editor.wants_focus = true;
+    editor.wanted_line = line;
+}
+
 void source_editor(frame_state &frame, source_editor_state &editor)
 {
     nk_context *context = frame.context;
@@ -154,6 +170,11 @@ void source_editor(frame_state &frame, source_editor_state &editor)
     const int cursor_before = edit.cursor;
 
     uncover_end(editor);
+    if (editor.wanted_line != 0) {
+        go_to_line(editor, editor.wanted_line);
+        show_cursor(edit, text_of(editor), view, *context->style.font);
+    }
+    editor.wanted_line = 0;
     focus_when_pressed(context, bounds);
     if (editor.wants_focus)
         nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);

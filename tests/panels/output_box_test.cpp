@@ -181,6 +181,91 @@ TEST_P(OutputBox, KeepsItsPlaceWhenTheFocusGoes)
     EXPECT_TRUE(panels.find("Evaluation:"));
 }
 
+class NamedLine : public OutputBox
+{
+protected:
+    NamedLine()
+    {
+        std::string source;
+        for (int line = 1; line <= 100; ++line)
+            source += "line " + std::to_string(line) + '\n';
+        write_file(place.file("a.lua"), source);
+        vimbo::open_source(panels.app().bar, panels.app().editor, place.file("a.lua").c_str());
+        panels.frame();
+    }
+
+    // Presses twice on the box's line that begins so.
+    void double_click(std::string_view start)
+    {
+        panels.frame();
+        for (const drawn_text &text : panels.texts())
+            if (text.text.starts_with(start)) {
+                const point at = {static_cast<int>(text.bounds.x) + 20,
+                                  static_cast<int>(text.bounds.y) + 8};
+                panels.click(at);
+                panels.press(at);
+                panels.press(at, NK_BUTTON_DOUBLE);
+                panels.frame();
+                panels.release(at);
+                panels.release(at, NK_BUTTON_DOUBLE);
+                panels.frame();
+                return;
+            }
+        FAIL() << "no line begins with " << start;
+    }
+
+    // The line that the editor's cursor is in, once a letter was typed there.
+    std::string typed_into()
+    {
+        type("X");
+        const std::string text = panels.app().editor.source_text;
+        const std::size_t at = text.find('X');
+        return at == std::string::npos ? "" : text.substr(at, text.find('\n', at) - at);
+    }
+
+    const scratch_directory place;
+};
+
+TEST_F(NamedLine, IsGoneToByADoubleClickOnItsMessage)
+{
+    write_script(tools.file("mero"), "echo 'source:90: unexpected symbol'\necho 'none'\n");
+    panels.click("Evaluate");
+    ASSERT_TRUE(wait_until([&] {
+        panels.frame();
+        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
+    }));
+    panels.frame();
+    EXPECT_FALSE(panels.find("line 90"));
+    double_click("source:90:");
+    EXPECT_TRUE(panels.find("line 90")) << "it is in view";
+    EXPECT_EQ(panels.app().editor.source_edit.select_start,
+              panels.app().editor.source_edit.select_end);
+    EXPECT_EQ(typed_into(), "Xline 90");
+}
+
+TEST_F(NamedLine, IsTheLastOneWhereThereAreNotSoMany)
+{
+    write_script(tools.file("mero"), "echo 'source:5000: unexpected symbol'\n");
+    panels.click("Evaluate");
+    ASSERT_TRUE(wait_until([&] {
+        panels.frame();
+        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
+    }));
+    panels.frame();
+    double_click("source:5000:");
+    EXPECT_TRUE(panels.find("line 100"));
+    EXPECT_EQ(typed_into(), "X");
+}
+
+TEST_F(NamedLine, IsNotThereInOtherLines)
+{
+    run(3);
+    double_click("2 of them");
+    EXPECT_EQ(panels.app().editor.source_edit.active, 0) << "the box has the focus";
+    EXPECT_EQ(typed_into(), "");
+    EXPECT_NE(text().find('X'), std::string::npos);
+}
+
 INSTANTIATE_TEST_SUITE_P(InWindowsOfTheHeight, OutputBox,
                          testing::Values(2000, 1240, 1080, 900, 800, 760));
 
