@@ -5,6 +5,7 @@
 #include "ui/take_key.hpp"
 #include "ui/takes_input.hpp"
 #include "ui/utf8.hpp"
+#include "ui/wheel.hpp"
 
 #include <algorithm>
 #include <string_view>
@@ -44,17 +45,31 @@ void take_text(nk_text_edit &edit, std::span<char> text)
     edit.undo.redo_char_point = NK_TEXTEDIT_UNDOCHARCOUNT;
 }
 
-// As far as it goes, but for the empty row that line feeds make behind the last line
-// where there is no room for both.
-void scroll_to_end(const nk_context *context, nk_text_edit &edit, std::string_view text,
-                   float height)
+float row_height(const nk_context *context)
+{
+    return context->style.font->height + context->style.edit.row_padding;
+}
+
+// How far the box scrolls down: so that the text's last line is its last row, or where
+// there is room, the empty row that a line feed makes behind it.
+float last_place(const nk_context *context, std::string_view text, float height)
 {
     const nk_style_edit &style = context->style.edit;
-    const float row = context->style.font->height + style.row_padding;
+    const float row = row_height(context);
     const float seen = height - 2 * (style.padding.y + style.border);
     const auto feeds = static_cast<float>(std::ranges::count(text, '\n'));
     const float rows = seen < 2 * row && text.ends_with('\n') ? feeds : feeds + 1;
-    edit.scrollbar = nk_vec2(0, std::max(0.0F, rows * row - seen));
+    return std::max(0.0F, rows * row - seen);
+}
+
+// Sideways there is no end: the toolkit has no scrollbar there either.
+void follow_wheel(const nk_context *context, nk_text_edit &edit, const struct nk_rect &bounds,
+                  float last)
+{
+    const struct nk_vec2 turned = wheel_scroll(context, bounds, row_height(context));
+    if (turned.y != 0)
+        edit.scrollbar.y = std::clamp(edit.scrollbar.y + turned.y, 0.0F, last);
+    edit.scrollbar.x = std::max(0.0F, edit.scrollbar.x + turned.x);
 }
 
 // True when either key was pressed.
@@ -65,7 +80,7 @@ bool take_either(nk_context *context, nk_keys one, nk_keys other)
 }
 
 // What the toolkit does by these keys a row at a time, or not at all.
-void follow_keys(nk_context *context, nk_text_edit &edit, std::string_view text, float height)
+void follow_keys(nk_context *context, nk_text_edit &edit, std::string_view text, float last)
 {
     if (take_either(context, NK_KEY_TEXT_START, NK_KEY_TEXT_LINE_START)) {
         edit.cursor = 0;
@@ -73,7 +88,7 @@ void follow_keys(nk_context *context, nk_text_edit &edit, std::string_view text,
     }
     if (take_either(context, NK_KEY_TEXT_END, NK_KEY_TEXT_LINE_END)) {
         edit.cursor = edit.string.len;
-        scroll_to_end(context, edit, text, height);
+        edit.scrollbar = nk_vec2(0, last);
     }
     // Nothing can be selected here.
     take_key(context, NK_KEY_TEXT_SELECT_ALL);
@@ -100,8 +115,7 @@ int double_clicked_line(const nk_context *context, const nk_text_edit &edit, std
         nk_input_is_mouse_hovering_rect(&context->input, bounds) == 0)
         return 0;
     const float y = context->input.mouse.pos.y - bounds.y - style.padding.y - style.border;
-    const float row_height = context->style.font->height + style.row_padding;
-    return named_line(line_at(text, (y + edit.scrollbar.y) / row_height));
+    return named_line(line_at(text, (y + edit.scrollbar.y) / row_height(context)));
 }
 
 int text_box(nk_context *context, output_box_state &box, std::span<char> text)
@@ -113,12 +127,14 @@ int text_box(nk_context *context, output_box_state &box, std::span<char> text)
     const struct nk_rect bounds = nk_widget_bounds(context);
     focus_when_pressed(context, bounds);
     const std::string_view before(text.data(), edit.string.buffer.allocated);
+    const float last = last_place(context, before, height);
     if (box.wants_end)
-        scroll_to_end(context, edit, before, height);
+        edit.scrollbar = nk_vec2(0, last);
     box.wants_end = false;
+    follow_wheel(context, edit, bounds, last);
     const int wanted_line = double_clicked_line(context, edit, before, bounds);
-    if (has_focus(context) && takes_input(context))
-        follow_keys(context, edit, before, height);
+    if (takes_keys(context))
+        follow_keys(context, edit, before, last);
     nk_edit_buffer(context, NK_EDIT_MULTILINE, &edit, nk_filter_default);
     text[std::min(edit.string.buffer.allocated, text.size() - 1)] = '\0';
     return wanted_line;

@@ -17,10 +17,10 @@ bool is_property_typed(const nk_window &window)
 
 } // namespace
 
-bool has_focus(const nk_context *context)
+bool takes_keys(const nk_context *context)
 {
     const nk_edit_state &edits = context->current->edit;
-    return edits.active != 0 && edits.name == edits.seq;
+    return takes_input(context) && edits.active != 0 && edits.name == edits.seq;
 }
 
 void focus_when_pressed(nk_context *context, const struct nk_rect &bounds)
@@ -30,25 +30,13 @@ void focus_when_pressed(nk_context *context, const struct nk_rect &bounds)
         nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
 }
 
-void edit_keeping_focus(nk_context *context, nk_flags flags, nk_text_edit &edit,
-                        const struct nk_rect &bounds)
+void keep_focus(nk_context *context, const nk_text_edit &edit)
 {
     const nk_window &window = *context->current;
     if (is_property_typed(window))
         nk_edit_unfocus(context);
     else if (edit.active != 0 && window.edit.active == 0)
         nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
-
-    nk_mouse_button &left = context->input.mouse.buttons[NK_BUTTON_LEFT];
-    const nk_mouse_button pressed = left;
-    const bool pressed_elsewhere =
-        nk_input_has_mouse_click_in_rect(&context->input, NK_BUTTON_LEFT, bounds) == 0;
-    if (pressed_elsewhere) {
-        left.clicked = 0;
-        left.down = nk_false; // dragged over the box it would select
-    }
-    nk_edit_buffer(context, flags, &edit, nk_filter_default);
-    left = pressed;
 }
 
 } // namespace vimbo
