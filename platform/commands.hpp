@@ -19,7 +19,8 @@ inline constexpr int max_commands = 64;
 /// double quotes is meant as it stands there, whatever the shell would make of it,
 /// and a quote that it leaves open runs to the end of the line. The stream is at its
 /// end once the command has closed its output, or its process has ended and nothing
-/// more comes for a second from those that it left behind.
+/// more comes for a second from those that it left behind. Children of this program
+/// leave their status to it from then on, whatever it inherited.
 FILE *open_command(const char *command);
 
 /// Reads and drops what the command still prints, then waits until its process

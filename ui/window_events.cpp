@@ -2,6 +2,7 @@
 
 #include "platform/window_system.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/take_key.hpp"
 
 #include <cctype>
 #include <cmath>
@@ -33,6 +34,8 @@ nk_keys function_key(int key, bool control)
         return control ? NK_KEY_TEXT_WORD_LEFT : NK_KEY_LEFT;
     case GLFW_KEY_RIGHT:
         return control ? NK_KEY_TEXT_WORD_RIGHT : NK_KEY_RIGHT;
+    case GLFW_KEY_ESCAPE:
+        return escape_key;
     case GLFW_KEY_HOME:
         return control ? NK_KEY_TEXT_START : NK_KEY_TEXT_LINE_START;
     case GLFW_KEY_END:
