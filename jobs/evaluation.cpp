@@ -13,6 +13,7 @@ namespace vimbo
 namespace
 {
 
+constexpr char stop_marker_directory[] = "/tmp";
 constexpr char stop_marker_path[] = "/tmp/mero.end";
 constexpr std::size_t progress_length = 64;
 
@@ -129,6 +130,8 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
 
 void request_stop()
 {
+    // Not every system brings it along.
+    make_directory(stop_marker_directory);
     overwrite_file(stop_marker_path, "", link_use::replaced);
 }
 
