@@ -9,6 +9,7 @@
 #include <GLFW/glfw3.h>
 #include <GLFW/glfw3native.h>
 
+#include <cstdint>
 #include <cstring>
 
 namespace vimbo
