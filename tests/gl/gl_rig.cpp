@@ -1,7 +1,5 @@
 #include "tests/gl/gl_rig.hpp"
 
-#include "tests/support/x_server.hpp"
-
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
@@ -109,8 +107,7 @@ int main(int argument_count, char *arguments[])
     testing::InitGoogleTest(&argument_count, arguments);
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    const rig::x_server screen(640, 480);
-    setenv("DISPLAY", screen.name().c_str(), 1);
+    rig::open_display();
     if (!make_context()) {
         std::fputs("no OpenGL 3.3 context\n", stderr);
         return 1;

@@ -13,6 +13,9 @@
 namespace rig
 {
 
+/// Gives the process a display, where it has to bring its own; until its end.
+void open_display();
+
 /// What is drawn while it lives goes here. Pixels count from the bottom left.
 class canvas
 {

@@ -1,7 +1,6 @@
 #include "app/command_line.hpp"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -28,7 +27,6 @@ outcome read(std::vector<std::string> arguments)
         pointers.push_back(argument.data());
     outcome result;
     result.app = std::make_unique<app_state>();
-    optind = 0; // getopt starts over
     testing::internal::CaptureStderr();
     result.accepted =
         vimbo::read_command_line(*result.app, static_cast<int>(pointers.size()), pointers.data());

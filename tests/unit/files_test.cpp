@@ -2,9 +2,9 @@
 
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/special_file.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <string>
@@ -30,10 +30,9 @@ TEST(RegularFile, IsOpenedWithItsSize)
 TEST(RegularFile, IsTheOnlyKindThatIsOpened)
 {
     const scratch_directory place;
-    ASSERT_EQ(mkfifo(place.file("pipe").c_str(), 0600), 0);
     const std::size_t before = rig::open_descriptors(getpid());
     std::uint64_t size = 0;
-    for (const std::string &path : {place.path().string(), place.file("pipe"),
+    for (const std::string &path : {place.path().string(), rig::special_file(place),
                                     place.file("missing"), std::string("/dev/null"), std::string()})
         EXPECT_EQ(vimbo::open_regular_file(path.c_str(), size), nullptr) << path;
     EXPECT_EQ(rig::open_descriptors(getpid()), before);
@@ -55,31 +54,8 @@ TEST(RemoveFile, RemovesFilesOnly)
     EXPECT_TRUE(vimbo::remove_file(place.file("a").c_str()));
     EXPECT_FALSE(vimbo::path_exists(place.file("a").c_str()));
     EXPECT_FALSE(vimbo::remove_file(place.file("a").c_str()));
-    EXPECT_FALSE(vimbo::remove_file(place.path().c_str()));
-    EXPECT_TRUE(vimbo::path_exists(place.path().c_str()));
-}
-
-TEST(TemporaryDirectory, EndsInASeparatorAndIsNeverCut)
-{
-    char path[261];
-    ASSERT_TRUE(vimbo::temporary_directory(path));
-    EXPECT_STREQ(path, "/tmp/");
-    char exact[6];
-    EXPECT_TRUE(vimbo::temporary_directory(exact));
-    char small[5] = "full";
-    EXPECT_FALSE(vimbo::temporary_directory(small));
-    EXPECT_STREQ(small, "");
-}
-
-TEST(ExecutableDirectory, IsWhereThisTestLies)
-{
-    char path[4096];
-    ASSERT_TRUE(vimbo::executable_directory(path));
-    EXPECT_EQ(std::filesystem::path(path),
-              std::filesystem::read_symlink("/proc/self/exe").parent_path());
-    char small[4] = "ful";
-    EXPECT_FALSE(vimbo::executable_directory(small));
-    EXPECT_STREQ(small, "");
+    EXPECT_FALSE(vimbo::remove_file(place.path().string().c_str()));
+    EXPECT_TRUE(vimbo::path_exists(place.path().string().c_str()));
 }
 
 } // namespace

@@ -161,8 +161,10 @@ TEST_F(FontFile, IsAcceptedUndamaged)
 
 TEST_F(FontFile, IsRefusedWhenItIsCutAnywhere)
 {
-    for (const std::size_t length : {0UL, 3UL, 4UL, 11UL, 12UL, 27UL, 28UL, 200UL, 1000UL,
-                                     whole.size() / 3, whole.size() / 2, whole.size() - 1000})
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{3}, std::size_t{4}, std::size_t{11}, std::size_t{12},
+          std::size_t{27}, std::size_t{28}, std::size_t{200}, std::size_t{1000}, whole.size() / 3,
+          whole.size() / 2, whole.size() - 1000})
         EXPECT_FALSE(is_taken(whole.substr(0, length))) << length;
     for (const table &each : tables)
         for (const std::size_t length : {each.offset, each.offset + each.length - 1})
@@ -173,7 +175,7 @@ TEST_F(FontFile, IsRefusedWithAByteChangedInATableThatIsRead)
 {
     for (const std::string_view tag : {"cmap", "glyf", "hhea", "hmtx", "loca", "maxp"})
         for (const std::size_t place_in :
-             {0UL, table_of(tag).length / 2, table_of(tag).length - 1}) {
+             {std::size_t{0}, table_of(tag).length / 2, table_of(tag).length - 1}) {
             std::string damaged = whole;
             damaged[table_of(tag).offset + place_in] ^= 0x10;
             EXPECT_FALSE(is_taken(damaged)) << tag << " at " << place_in;

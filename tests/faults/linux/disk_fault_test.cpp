@@ -2,6 +2,7 @@
 // files that the evaluator is handed: what stood there stays, the operator is
 // told, and the panels are as they were.
 #include "tests/faults/fault_rig.hpp"
+#include "tests/faults/linux/failing_disk.hpp"
 #include "tests/support/wait.hpp"
 
 #include "sources/text_file.hpp"
