@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/faults/fault_rig.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/tools.hpp"
 #include "tests/support/wait.hpp"
 
@@ -115,8 +116,8 @@ protected:
     void TearDown() override
     {
         const std::string told = testing::internal::GetCapturedStderr();
-        EXPECT_NE(told.find("mero"), std::string::npos) << told;
-        EXPECT_NE(told.find("plimb"), std::string::npos) << told;
+        EXPECT_TRUE(holds(told, "mero"));
+        EXPECT_TRUE(holds(told, "plimb"));
     }
 };
 

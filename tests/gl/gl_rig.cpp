@@ -1,10 +1,17 @@
 #include "tests/gl/gl_rig.hpp"
 
+#include "tests/support/golden.hpp"
+
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <thread>
 
 namespace rig
 {
@@ -25,9 +32,19 @@ canvas::canvas(int width, int height) : columns(width), rows(height)
 canvas::~canvas()
 {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "a GL call was wrong";
+    if (testing::Test::HasFailure())
+        std::printf("the picture of the failure: %s\n", save_picture(as_image()).c_str());
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glDeleteFramebuffers(1, &frame_buffer);
     glDeleteRenderbuffers(1, &pixels);
+}
+
+image canvas::as_image() const
+{
+    std::vector<unsigned char> all(static_cast<std::size_t>(columns) *
+                                   static_cast<std::size_t>(rows) * 4);
+    glReadPixels(0, 0, columns, rows, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
+    return image_of(all, columns, rows);
 }
 
 colour canvas::at(int x, int y) const
@@ -58,6 +75,8 @@ int live_objects()
 {
     // Drivers give names in order, so those of a test's few objects are low.
     constexpr GLuint names = 4096;
+    // One that is in use stays there although it was deleted.
+    glUseProgram(0);
     int count = 0;
     for (GLuint name = 1; name < names; ++name) {
         count += glIsBuffer(name) + glIsVertexArray(name);
@@ -75,6 +94,33 @@ std::vector<unsigned char> bytes_of_buffer(GLuint buffer)
     std::vector<unsigned char> bytes(static_cast<std::size_t>(size));
     glGetBufferSubData(GL_ARRAY_BUFFER, 0, size, bytes.data());
     return bytes;
+}
+
+image image_of(const std::vector<unsigned char> &pixels, int width, int height)
+{
+    image picture = blank_image(width, height, {});
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const auto at = static_cast<std::size_t>((height - 1 - y) * width + x) * 4;
+            picture.at(x, y) = {pixels[at], pixels[at + 1], pixels[at + 2]};
+        }
+    return picture;
+}
+
+std::string save_picture(const image &picture)
+{
+    const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path folder = "failures";
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path file =
+        folder / (std::string(test->test_suite_name()) + '.' + test->name() + ".png");
+    save_png(picture, file.string());
+    return std::filesystem::absolute(file).string();
+}
+
+std::string save_difference(const image &wanted, const image &drawn)
+{
+    return save_picture(side_by_side(wanted, drawn, compare(wanted, drawn, 0)));
 }
 
 } // namespace rig
@@ -100,6 +146,47 @@ bool make_context()
     return glewInit() == GLEW_OK;
 }
 
+// A test that hangs is named, as all of them together are one to whoever runs them.
+class hang_watch : public testing::EmptyTestEventListener
+{
+public:
+    hang_watch()
+    {
+        std::thread([this] { watch(); }).detach();
+    }
+
+private:
+    void OnTestStart(const testing::TestInfo &test) override
+    {
+        const std::lock_guard held(lock);
+        running = std::string(test.test_suite_name()) + '.' + test.name();
+        begun = std::chrono::steady_clock::now();
+    }
+
+    void OnTestEnd(const testing::TestInfo & /*test*/) override
+    {
+        const std::lock_guard held(lock);
+        running.clear();
+    }
+
+    void watch()
+    {
+        constexpr std::chrono::seconds limit(100);
+        for (;;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            const std::lock_guard held(lock);
+            if (running.empty() || std::chrono::steady_clock::now() - begun < limit)
+                continue;
+            std::fprintf(stderr, "\n%s does not end\n", running.c_str());
+            std::_Exit(1);
+        }
+    }
+
+    std::mutex lock;
+    std::string running; // empty between the tests
+    std::chrono::steady_clock::time_point begun;
+};
+
 } // namespace
 
 int main(int argument_count, char *arguments[])
@@ -112,6 +199,7 @@ int main(int argument_count, char *arguments[])
         std::fputs("no OpenGL 3.3 context\n", stderr);
         return 1;
     }
+    testing::UnitTest::GetInstance()->listeners().Append(new hang_watch);
     const int status = RUN_ALL_TESTS();
     glfwTerminate();
     return status;

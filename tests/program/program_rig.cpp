@@ -6,7 +6,9 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iostream>
 #include <stdexcept>
 #include <thread>
 
@@ -63,6 +65,26 @@ void ProgramRig::close_window() const
         desktop->tell("[app_id=\".*\"] kill");
 }
 
+ProgramRig::~ProgramRig()
+{
+    if (vimbo != nullptr && vimbo->running())
+        save_screen_of_failure();
+}
+
+void ProgramRig::save_screen_of_failure() const
+{
+    if (!HasFailure() || screen == nullptr)
+        return;
+    const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path folder = "failures";
+    std::string name = std::string(test->test_suite_name()) + '.' + test->name();
+    std::ranges::replace(name, '/', '-');
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path file = folder / (name + ".png");
+    save_png(screen->screenshot(), file.string());
+    std::cout << "the screen of the failure: " << std::filesystem::absolute(file).string() << '\n';
+}
+
 void ProgramRig::start(const start_options &how)
 {
     const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
@@ -100,6 +122,7 @@ void ProgramRig::expect_good_end(const std::string &wanted)
         << open_descriptors(id) << " descriptors are open, " << descriptors
         << " were at the start, for " << children_of(id) << " children, of which " << zombies_of(id)
         << " have ended";
+    save_screen_of_failure();
     close_window();
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;

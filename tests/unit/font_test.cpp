@@ -69,14 +69,16 @@ TEST_F(Font, IsSixteenPixelsHigh)
     EXPECT_EQ(font->handle.height, 16);
 }
 
-TEST_F(Font, ShowsControlCharactersAsBlankSpace)
+TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const nk_rune character : {nk_rune{'\t'}, nk_rune{'\r'}}) {
-        EXPECT_EQ(glyph(character).codepoint, character);
-        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance);
-        EXPECT_EQ(glyph(character).w, glyph(' ').w);
+    for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
+        const int code = character;
+        const float blanks = character == '\t' ? 4 : 1;
+        EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << code;
+        EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
     }
 }
 

@@ -40,8 +40,13 @@ TEST(WalkTree, ReportsADirectoryBeforeWhatItHolds)
 TEST(WalkTree, KeepsASeparatorAtTheEndSingle)
 {
     const scratch_directory place;
-    write_file(place.file("a"), "");
-    EXPECT_EQ(walk(place.path().string() + "/").kinds.count(place.file("a")), 1U);
+    std::filesystem::create_directory(place.file("sub"));
+    write_file(place.file("sub/a"), "");
+    const std::vector<std::string> without = walk(place.path().string()).order;
+    EXPECT_EQ(without, (std::vector<std::string>{place.path().string(), place.file("sub"),
+                                                 place.file("sub/a")}));
+    for (const char *separators : {"/", "//", "///"})
+        EXPECT_EQ(walk(place.path().string() + separators).order, without) << separators;
 }
 
 TEST(WalkTree, OfNothingReportsNothing)

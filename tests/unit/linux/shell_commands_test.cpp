@@ -1,6 +1,8 @@
 // What a POSIX shell makes of commands.
 #include "tests/unit/command_rig.hpp"
 
+#include <stdio_ext.h>
+
 namespace
 {
 
@@ -57,6 +59,23 @@ TEST_F(ShellCommand, InheritsNoDescriptorButItsPipe)
 TEST_F(ShellCommand, ThatIsTooLongForTheShellsLineIsRefused)
 {
     EXPECT_EQ(vimbo::open_command(("true " + std::string(20000, 'x')).c_str()), nullptr);
+}
+
+TEST_F(ShellCommand, GivesWhatAProcessPrintsThatItLeftBehindASecondBefore)
+{
+    // A third of that second, or the test would fail on a machine that is busy.
+    FILE *stream = vimbo::open_command("(sleep 0.3; echo late) & echo early");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(read_all(stream), "early\nlate\n");
+    EXPECT_EQ(vimbo::close_command(stream), 0);
+}
+
+TEST_F(ShellCommand, TakesNoLockForItsStreamThatTheProgramsEndWouldWaitFor)
+{
+    FILE *stream = vimbo::open_command("exit 0");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(__fsetlocking(stream, FSETLOCKING_QUERY), FSETLOCKING_BYCALLER);
+    vimbo::close_command(stream);
 }
 
 } // namespace
