@@ -24,8 +24,9 @@ void hint_window_name(const char *name);
 void show_frames_at_once();
 
 /// Has `entered` called with the place where the pointer comes into the window, in its
-/// own units, on systems where GLFW tells only that it came.
-void watch_pointer_entry(GLFWwindow *window,
+/// own units, on systems where GLFW tells only that it came, and does not know where.
+/// False on others.
+bool watch_pointer_entry(GLFWwindow *window,
                          void (*entered)(GLFWwindow *window, double x, double y));
 
 /// Before GLFW ends: takes that back. Does nothing where nothing is watched.
