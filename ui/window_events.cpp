@@ -142,9 +142,10 @@ void note_pointer(GLFWwindow *window)
 
 // GLFW tells of no motion outside, nor of one that it finds to end where the last
 // one did.
-void on_pointer_crossed_edge(GLFWwindow *window, int /*entered*/)
+void on_pointer_crossed_edge(GLFWwindow *window, int entered)
 {
-    note_pointer(window);
+    if (entered == GLFW_FALSE || !queue_of(window).entry_told)
+        note_pointer(window);
 }
 
 // The pointer has then another place in the window without having moved.
@@ -218,7 +219,7 @@ void watch_input(GLFWwindow *window, input_queue &queue)
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
     glfwSetWindowPosCallback(window, on_window_moved);
-    watch_pointer_entry(window, on_motion);
+    queue.entry_told = watch_pointer_entry(window, on_motion);
     note_pointer(window);
 }
 
