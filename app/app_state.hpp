@@ -10,6 +10,7 @@
 #include "sources/source_editor.hpp"
 #include "sources/tray_bar.hpp"
 #include "stats/stats_panel.hpp"
+#include "ui/baked_font.hpp"
 #include "ui/clipboard.hpp"
 #include "ui/frame_state.hpp"
 #include "ui/input_queue.hpp"
@@ -24,6 +25,7 @@ struct app_state {
     frame_state frame;
     input_queue input;
     clipboard_state clipboard;
+    baked_font font;
     tray_extent tray;
     mosaic_state mosaic;
     tray_bar_state bar;

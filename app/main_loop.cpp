@@ -1,6 +1,7 @@
 #include "app/main_loop.hpp"
 
 #include "app/main_panel.hpp"
+#include "app/window.hpp"
 #include "mosaic/load_mosaic.hpp"
 #include "platform/commands.hpp"
 #include "render/preview_picture.hpp"
@@ -92,8 +93,9 @@ void run_main_loop(GLFWwindow *window, app_state &app)
         await_events(window, app, frame_start);
         frame_start = glfwGetTime();
         begin_backend_frame(app.frame.context);
-        glfwGetWindowSize(window, &app.frame.window_width, &app.frame.window_height);
-        glViewport(0, 0, app.frame.window_width, app.frame.window_height);
+        read_window_size(window, app.frame);
+        if (app.font.ratio != app.frame.ratio)
+            bake_font(app.frame.context, app.font, app.frame.ratio);
         reset_frame_flags(app.frame);
         if (first_frame)
             request_mosaic_reload(app.frame);

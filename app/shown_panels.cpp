@@ -4,6 +4,7 @@
 #include "ui/nuklear_backend.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -37,15 +38,27 @@ void copy_part(const offscreen &copy, const pixel_edges &part)
     copy_to_window(copy, part, part, GL_NEAREST);
 }
 
+// In pixels.
 pixel_edges whole_window(const frame_state &frame)
 {
-    return {0, 0, frame.window_width, frame.window_height};
+    return {0, 0, in_pixels(frame.window_width, frame.ratio.x),
+            in_pixels(frame.window_height, frame.ratio.y)};
 }
 
-// From the top down to the bottom up.
-pixel_edges edges_of(const window_rect &rect, GLint window_height)
+// In pixels, those that the rectangle takes a part of as well, and from the bottom up.
+pixel_edges edges_of(const window_rect &rect, const frame_state &frame)
 {
-    return {rect.left, window_height - rect.bottom, rect.right, window_height - rect.top};
+    const pixel_edges window = whole_window(frame);
+    const auto before = [](int at, float ratio) {
+        return static_cast<GLint>(std::floor(static_cast<float>(at) * ratio));
+    };
+    const auto behind = [](int at, float ratio) {
+        return static_cast<GLint>(std::ceil(static_cast<float>(at) * ratio));
+    };
+    return {before(rect.left, frame.ratio.x),
+            std::max(window.top - behind(rect.bottom, frame.ratio.y), 0),
+            std::min(behind(rect.right, frame.ratio.x), window.right),
+            window.top - before(rect.top, frame.ratio.y)};
 }
 
 // The popup's own bounds are as high as it may become; the frame around it is
@@ -71,8 +84,8 @@ struct nk_rect popup_of(nk_context *context)
 
 bool copy_fits(const frame_state &frame, const shown_panels &panels)
 {
-    return panels.copied && panels.copy.width == frame.window_width &&
-           panels.copy.height == frame.window_height;
+    const pixel_edges window = whole_window(frame);
+    return panels.copied && panels.copy.width == window.right && panels.copy.height == window.top;
 }
 
 bool are_as_kept(const draw_commands &commands, const kept_commands &kept)
@@ -116,10 +129,11 @@ void draw_all(const frame_state &frame, shown_panels &panels, bool copy_wanted)
     clear_window();
     render_backend();
     panels.copied = false;
-    if (!copy_wanted || !fit_offscreen(panels.copy, frame.window_width, frame.window_height))
+    const pixel_edges window = whole_window(frame);
+    if (!copy_wanted || !fit_offscreen(panels.copy, window.right, window.top))
         return;
     // Copied from the window rather than drawn once more, so that both are alike.
-    copy_from_window(panels.copy, whole_window(frame));
+    copy_from_window(panels.copy, window);
     panels.copied = true;
 }
 
@@ -127,7 +141,7 @@ void draw_damage(const frame_state &frame, shown_panels &panels, const draw_comm
                  const window_rect &damage)
 {
     copy_part(panels.copy, whole_window(frame));
-    const pixel_edges part = edges_of(damage, frame.window_height);
+    const pixel_edges part = edges_of(damage, frame);
     glEnable(GL_SCISSOR_TEST);
     glScissor(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
     clear_window();
@@ -155,7 +169,7 @@ void forget_panels(shown_panels &panels)
 void render_panels(const frame_state &frame, shown_panels &panels)
 {
     const bool first = panels.last.size == 0;
-    panels.popup = popup_of(frame.context);
+    panels.popup = in_pixels(popup_of(frame.context), frame.ratio);
     const draw_commands commands = complete_draw_commands(frame.context);
     if (copy_fits(frame, panels) && are_as_kept(commands, panels.last)) {
         nk_clear(frame.context);
@@ -175,10 +189,12 @@ void render_popup_again(const shown_panels &panels)
 {
     if (!panels.copied || panels.popup.w == 0)
         return;
-    const auto left = static_cast<GLint>(panels.popup.x);
-    const auto top = panels.copy.height - static_cast<GLint>(panels.popup.y);
-    copy_part(panels.copy, {left, top - static_cast<GLint>(panels.popup.h),
-                            left + static_cast<GLint>(panels.popup.w), top});
+    // Whole pixels, those that the popup takes a part of as well.
+    const struct nk_rect &popup = panels.popup;
+    copy_part(panels.copy, {static_cast<GLint>(popup.x),
+                            panels.copy.height - static_cast<GLint>(std::ceil(popup.y + popup.h)),
+                            static_cast<GLint>(std::ceil(popup.x + popup.w)),
+                            panels.copy.height - static_cast<GLint>(popup.y)});
 }
 
 } // namespace vimbo

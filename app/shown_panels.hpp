@@ -39,7 +39,7 @@ struct shown_panels {
     command_list now;   // of the one that is being shown
     offscreen copy;
     bool copied; // the copy shows what the last layout's commands draw
-    /// Where an open list or a tooltip lies in the window, origin top left.
+    /// Where an open list or a tooltip lies in the window, in pixels, origin top left.
     struct nk_rect popup;
 };
 

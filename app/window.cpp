@@ -1,9 +1,10 @@
 #include "app/window.hpp"
 
 #include "platform/exit_limit.hpp"
+#include "platform/window_system.hpp"
 #include "render/path_program.hpp"
+#include "ui/baked_font.hpp"
 #include "ui/clipboard.hpp"
-#include "ui/font.hpp"
 #include "ui/nuklear_backend.hpp"
 #include "ui/window_events.hpp"
 
@@ -15,7 +16,6 @@ namespace vimbo
 namespace
 {
 
-constexpr std::size_t font_path_capacity = 4352;
 constexpr char program_id[] = "vimbo";
 
 void report_glfw_error(int code, const char *description)
@@ -39,9 +39,7 @@ void set_window_hints()
     // A second time on purpose: hints are set in their known order, and this one
     // changes nothing.
     glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
-    // What desktops match the window with.
-    glfwWindowHintString(GLFW_X11_CLASS_NAME, program_id);
-    glfwWindowHintString(GLFW_X11_INSTANCE_NAME, program_id);
+    hint_window_name(program_id);
 }
 
 // X tells places in a window by 16 bits with a sign, and the whole window is handed
@@ -80,12 +78,13 @@ GLFWwindow *open_wanted_window(const frame_state &frame)
 GLFWwindow *create_window(frame_state &frame)
 {
     GLFWwindow *window = open_wanted_window(frame);
+    if (window == nullptr && start_other_window_system())
+        window = open_wanted_window(frame);
     if (window == nullptr) {
         std::fputs("Failed to create the window\n", stderr);
         return nullptr;
     }
-    glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
-    glViewport(0, 0, frame.window_width, frame.window_height);
+    read_window_size(window, frame);
     glewExperimental = GL_TRUE;
     if (!has_gl_functions(glewInit())) {
         std::fputs("Failed to setup GLEW\n", stderr);
@@ -94,27 +93,12 @@ GLFWwindow *create_window(frame_state &frame)
     return window;
 }
 
-void set_up_font(nk_context *context)
-{
-    nk_font_atlas *atlas = nullptr;
-    nk_glfw3_font_stash_begin(&atlas);
-    char path[font_path_capacity];
-    struct nk_font *font = find_font_file(path) ? add_font(atlas, path) : nullptr;
-    nk_glfw3_font_stash_end();
-    if (font != nullptr) {
-        blank_control_characters(font);
-        nk_style_set_font(context, &font->handle);
-    } else {
-        std::fprintf(stderr, "no font at %s: using the built-in one\n", font_path);
-    }
-}
-
 } // namespace
 
 GLFWwindow *open_window(app_state &app)
 {
     glfwSetErrorCallback(report_glfw_error);
-    if (glfwInit() == GLFW_FALSE) {
+    if (!start_window_system()) {
         // "GFLW" is what this line has always said; it stays.
         std::fputs("GFLW failed to init!\n", stderr);
         return nullptr;
@@ -127,10 +111,21 @@ GLFWwindow *open_window(app_state &app)
     app.frame.context = nk_glfw3_init(window, NK_GLFW3_INSTALL_CALLBACKS);
     watch_input(window, app.input);
     serve_clipboard(window, app.frame.context, app.clipboard);
-    set_up_font(app.frame.context);
+    bake_font(app.frame.context, app.font, app.frame.ratio);
     app.path_program = build_path_program();
     app.tray_outline = build_tray_outline(app.tray.width, app.tray.height, app.tray.corner_radius);
     return window;
+}
+
+void read_window_size(GLFWwindow *window, frame_state &frame)
+{
+    int width = 0;
+    int height = 0;
+    glfwGetFramebufferSize(window, &width, &height);
+    glfwGetWindowSize(window, &frame.window_width, &frame.window_height);
+    frame.ratio = ratio_of(frame.window_width, frame.window_height, width, height);
+    glViewport(0, 0, in_pixels(frame.window_width, frame.ratio.x),
+               in_pixels(frame.window_height, frame.ratio.y));
 }
 
 bool has_gl_functions(unsigned int glew_answer)
@@ -143,6 +138,7 @@ bool has_gl_functions(unsigned int glew_answer)
 void close_window()
 {
     nk_glfw3_shutdown();
+    unwatch_pointer_entry();
     // GLFW takes the window away, then waits without end for the desktop's clipboard
     // manager to take over a text that was copied here.
     limit_exit_time();

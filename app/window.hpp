@@ -13,6 +13,10 @@ namespace vimbo
 /// told in one line on standard error.
 GLFWwindow *open_window(app_state &app);
 
+/// Reads the window's size and what of the framebuffer it takes, and has GL draw on all
+/// of that.
+void read_window_size(GLFWwindow *window, frame_state &frame);
+
 /// True when GL can be used after glewInit has answered so.
 bool has_gl_functions(unsigned int glew_answer);
 

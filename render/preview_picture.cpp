@@ -6,11 +6,12 @@ namespace vimbo
 namespace
 {
 
-picture_area area_of(const struct nk_rect &rectangle, std::int32_t window_height)
+picture_area area_of(const frame_state &frame, const struct nk_rect &rectangle)
 {
-    const float bottom = static_cast<float>(window_height) - rectangle.y - rectangle.h;
-    return {static_cast<GLint>(rectangle.x), static_cast<GLint>(bottom),
-            static_cast<GLsizei>(rectangle.w), static_cast<GLsizei>(rectangle.h)};
+    const struct nk_rect pixels = in_pixels(rectangle, frame.ratio);
+    const auto height = static_cast<float>(in_pixels(frame.window_height, frame.ratio.y));
+    return {static_cast<GLint>(pixels.x), static_cast<GLint>(height - pixels.y - pixels.h),
+            static_cast<GLsizei>(pixels.w), static_cast<GLsizei>(pixels.h)};
 }
 
 bool is_empty(const picture_area &area)
@@ -22,8 +23,8 @@ picture_view view_of(const frame_state &frame, const preview_state &preview,
                      const mosaic_state &mosaic)
 {
     return {preview_matrix(preview, frame.window_width, frame.window_height),
-            area_of(preview.rectangle, frame.window_height), frame.window_width,
-            frame.window_height, mosaic.mosaic_generation};
+            area_of(frame, preview.rectangle), in_pixels(frame.window_width, frame.ratio.x),
+            in_pixels(frame.window_height, frame.ratio.y), mosaic.mosaic_generation};
 }
 
 void draw_outline(const picture_view &view, const picture_parts &parts)

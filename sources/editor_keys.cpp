@@ -1,6 +1,7 @@
 #include "sources/editor_keys.hpp"
 
 #include "sources/text_places.hpp"
+#include "ui/takes_input.hpp"
 #include "ui/utf8.hpp"
 
 #include <algorithm>
@@ -93,12 +94,39 @@ void move_by_word(nk_context *context, nk_text_edit &edit)
                 leaves_selection ? from : word_boundary(edited_text(edit), from, right));
 }
 
+void move_by_character(nk_context *context, nk_text_edit &edit)
+{
+    const bool left = take_key(context, NK_KEY_LEFT);
+    const bool right = take_key(context, NK_KEY_RIGHT);
+    if (left == right)
+        return;
+    const std::string_view text = edited_text(edit);
+    const bool leaves_selection = edit.select_start != edit.select_end && !is_selecting(context);
+    move_cursor(context, edit,
+                leaves_selection ? origin(context, edit, right)
+                                 : character_offset(text, edit.cursor + (right ? 1 : -1)));
+}
+
+void move_to_end(nk_context *context, nk_text_edit &edit)
+{
+    const bool to_start = take_key(context, NK_KEY_TEXT_START);
+    const bool to_end = take_key(context, NK_KEY_TEXT_END);
+    if (to_start != to_end)
+        move_cursor(context, edit, to_start ? 0 : edited_text(edit).size());
+}
+
 } // namespace
 
 std::string_view edited_text(const nk_text_edit &edit)
 {
     const nk_buffer &buffer = edit.string.buffer;
     return {static_cast<const char *>(buffer.memory.ptr), buffer.allocated};
+}
+
+bool takes_keys(const nk_context *context)
+{
+    const nk_edit_state &edit = context->current->edit;
+    return takes_input(context) && edit.active != 0 && edit.name == edit.seq;
 }
 
 bool take_key(nk_context *context, nk_keys key)
@@ -110,10 +138,14 @@ bool take_key(nk_context *context, nk_keys key)
 
 void move_by_keys(nk_context *context, nk_text_edit &edit, int rows)
 {
+    move_by_character(context, edit);
+    move_to_end(context, edit);
     move_by_page(context, edit, rows);
     move_by_row(context, edit);
     move_in_line(context, edit);
     move_by_word(context, edit);
+    if (take_key(context, NK_KEY_TEXT_SELECT_ALL))
+        nk_textedit_select_all(&edit);
 }
 
 } // namespace vimbo

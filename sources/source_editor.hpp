@@ -2,6 +2,7 @@
 #pragma once
 
 #include "sources/edit_history.hpp"
+#include "sources/editor_mouse.hpp"
 #include "sources/text_file.hpp"
 #include "ui/frame_state.hpp"
 #include "ui/nuklear.hpp"
@@ -25,17 +26,19 @@ struct source_editor_state {
     char covered_byte;
 
     edit_history history;
-    /// The text as the last layout left it, to see what the next one changes.
-    char noted_text[source_capacity];
-    int noted_length;
+    /// Where a pasted text stands before it enters the editor.
+    char paste_buffer[source_capacity];
+
+    editor_mouse mouse;
+    double laid_out_at; // seconds of the steady clock, of the last layout that was seen
 };
 
 /// Once, before the first layout.
 void initialise_source_editor(source_editor_state &editor);
 
 /// Reads the file and puts its text, up to the first zero byte, in place of the
-/// editor's, with a fresh undo history. A file that cannot be opened brings the
-/// one read before it.
+/// editor's: one step, which undo takes back. A file that cannot be opened brings
+/// the one read before it.
 void load_source(source_editor_state &editor, const char *path);
 
 /// The editor, one cell of the row that is being laid out.

@@ -12,7 +12,7 @@ namespace
 
 constexpr std::size_t directory_capacity = 4096;
 constexpr float configured_height = 12;
-constexpr float font_height = 16; // pixels; it rules over the configured one
+constexpr float blanks_per_tab = 4;
 
 // Pairs of first and last code point.
 constexpr nk_rune glyph_ranges[] = {
@@ -42,13 +42,13 @@ bool find_font_file(std::span<char> path)
     return false;
 }
 
-struct nk_font *add_font(nk_font_atlas *atlas, const char *path)
+struct nk_font *add_font(nk_font_atlas *atlas, const char *path, float pixels)
 {
     if (!is_whole_font(path))
         return nullptr;
     struct nk_font_config config = nk_font_config(configured_height);
     config.range = glyph_ranges;
-    return nk_font_atlas_add_from_file(atlas, path, font_height, &config);
+    return nk_font_atlas_add_from_file(atlas, path, pixels, &config);
 }
 
 void blank_control_characters(struct nk_font *font)
@@ -62,6 +62,8 @@ void blank_control_characters(struct nk_font *font)
             continue;
         *glyph = *space;
         glyph->codepoint = character;
+        if (character == '\t')
+            glyph->xadvance *= blanks_per_tab;
     }
 }
 

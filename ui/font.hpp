@@ -12,15 +12,20 @@ namespace vimbo
 /// the program's own directory.
 inline constexpr char font_path[] = "../share/pellor/common/fonts/iosevka-regular.ttf";
 
+/// How high its text is laid out, and that of Nuklear's own font, in the window's units.
+inline constexpr float font_height = 16;
+inline constexpr float built_in_font_height = 13;
+
 /// Finds the font file. False, with an empty path, when it is nowhere, or what
 /// is there is no font, or a damaged one.
 bool find_font_file(std::span<char> path);
 
-/// Adds the font file to the atlas, between its begin and its end. Null when the
-/// file is none that can be read.
-struct nk_font *add_font(nk_font_atlas *atlas, const char *path);
+/// Adds the font file to the atlas, between its begin and its end, to be baked so many
+/// pixels high; that rules over the configured height. Null when the file is none that
+/// can be read.
+struct nk_font *add_font(nk_font_atlas *atlas, const char *path, float pixels);
 
-/// Once the atlas is baked: a tab and a carriage return show as blank space.
+/// Once the atlas is baked: a tab shows as four blanks, a carriage return as one.
 void blank_control_characters(struct nk_font *font);
 
 } // namespace vimbo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/pixel_ratio.hpp"
+
 #include <cstddef>
 #include <cstdint>
 
@@ -17,10 +19,15 @@ inline constexpr double frame_time = 1.0 / 30.0;
 struct frame_state {
     nk_context *context;
 
-    /// The window's size in pixels: the wanted one until the window is there,
-    /// then read from it at the start of every frame.
+    /// The window's size in its own units, which all layout and all input count in:
+    /// the wanted one until the window is there, then read from it at the start of
+    /// every frame.
     std::int32_t window_width = 1920;
     std::int32_t window_height = 1080;
+
+    /// Pixels of the framebuffer in one of these units: more than 1 on a screen of
+    /// higher density. Read as often; only ui/pixel_ratio multiplies with it.
+    pixel_ratio ratio;
 
     std::uint32_t frame_flags; // bits: frame_flag
     std::uint32_t ui_flags;    // bits: ui_flag

@@ -213,15 +213,78 @@ HANDLE standard_handle(DWORD which)
                        &inherited, OPEN_EXISTING, 0, nullptr);
 }
 
-// The interpreter replaces %NAME% once, quotes or not, so the command itself comes out
-// of such a name, and what is in it stays as it is.
-constexpr wchar_t command_variable[] = L"VIMBO_COMMAND";
 // Only the PATH is to lead to tools, not the folder that happens to be current.
 constexpr wchar_t path_only_variable[] = L"NoDefaultCurrentDirectoryInExePath";
 
-bool start_interpreter(STARTUPINFOEXW &start, HANDLE &process)
+// The interpreter replaces %NAME%, in quotes or not, and knows no way to write a per
+// cent sign as it is. It comes out of a variable instead, as !NAME! is replaced after
+// all else and not looked at again; and so must the two others come then that mean
+// something there.
+struct hidden_character {
+    wchar_t character;
+    const wchar_t *variable;
+    const wchar_t *reference;
+};
+constexpr hidden_character hidden_characters[] = {
+    {L'%', L"VIMBO_PERCENT", L"!VIMBO_PERCENT!"},
+    {L'!', L"VIMBO_EXCLAMATION", L"!VIMBO_EXCLAMATION!"},
+    {L'^', L"VIMBO_CARET", L"!VIMBO_CARET!"},
+};
+
+const hidden_character *find_hidden(wchar_t character)
 {
-    wchar_t line[] = L"cmd.exe /d /v:off /s /c \"%VIMBO_COMMAND%\"";
+    for (const hidden_character &hidden : hidden_characters)
+        if (hidden.character == character)
+            return &hidden;
+    return nullptr;
+}
+
+constexpr std::size_t line_capacity = 8191; // the interpreter takes no longer one
+
+// Puts a text at the line's end. False when the line gets too long.
+bool add_to_line(wchar_t *line, std::size_t &length, const wchar_t *text, std::size_t count)
+{
+    if (length + count >= line_capacity)
+        return false;
+    std::wmemcpy(line + length, text, count);
+    length += count;
+    line[length] = L'\0';
+    return true;
+}
+
+bool add_to_line(wchar_t *line, std::size_t &length, const wchar_t *text)
+{
+    return add_to_line(line, length, text, std::wcslen(text));
+}
+
+// The interpreter's own command line; it takes the outer quotes off, whatever stands
+// between them.
+bool form_line(const wchar_t *command, std::span<wchar_t, line_capacity> line)
+{
+    std::size_t length = 0;
+    const bool hides = std::wcschr(command, L'%') != nullptr;
+    bool fits = add_to_line(line.data(), length,
+                            hides ? L"cmd.exe /d /v:on /s /c \"" : L"cmd.exe /d /v:off /s /c \"");
+    for (const wchar_t *at = command; fits && *at != L'\0'; ++at) {
+        const hidden_character *hidden = hides ? find_hidden(*at) : nullptr;
+        fits = hidden != nullptr ? add_to_line(line.data(), length, hidden->reference)
+                                 : add_to_line(line.data(), length, at, 1);
+    }
+    return fits && add_to_line(line.data(), length, L"\"");
+}
+
+// For the tool alone; all calls are the main thread's.
+void set_variables_for_tool(bool present)
+{
+    SetEnvironmentVariableW(path_only_variable, present ? L"1" : nullptr);
+    for (const hidden_character &hidden : hidden_characters) {
+        const wchar_t value[] = {hidden.character, L'\0'};
+        SetEnvironmentVariableW(hidden.variable, present ? value : nullptr);
+    }
+}
+
+bool start_interpreter(wchar_t *line, STARTUPINFOEXW &start, HANDLE &process)
+{
     wchar_t interpreter[MAX_PATH];
     const UINT length = GetSystemDirectoryW(interpreter, MAX_PATH);
     constexpr wchar_t name[] = L"\\cmd.exe";
@@ -231,9 +294,12 @@ bool start_interpreter(STARTUPINFOEXW &start, HANDLE &process)
     // Without a console of ours to share, it would open one.
     const DWORD console = GetConsoleWindow() != nullptr ? 0 : CREATE_NO_WINDOW;
     PROCESS_INFORMATION started = {};
-    if (CreateProcessW(interpreter, line, nullptr, nullptr, TRUE,
-                       console | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr,
-                       &start.StartupInfo, &started) == FALSE)
+    set_variables_for_tool(true);
+    const BOOL done = CreateProcessW(interpreter, line, nullptr, nullptr, TRUE,
+                                     console | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr,
+                                     &start.StartupInfo, &started);
+    set_variables_for_tool(false);
+    if (done == FALSE)
         return false;
     CloseHandle(started.hThread);
     process = started.hProcess;
@@ -241,7 +307,7 @@ bool start_interpreter(STARTUPINFOEXW &start, HANDLE &process)
 }
 
 // Hands over these three handles and no other.
-bool start_with_handles(HANDLE (&handles)[3], HANDLE &process)
+bool start_with_handles(wchar_t *line, HANDLE (&handles)[3], HANDLE &process)
 {
     constexpr std::size_t list_capacity = 256;
     alignas(void *) char memory[list_capacity];
@@ -258,24 +324,20 @@ bool start_with_handles(HANDLE (&handles)[3], HANDLE &process)
     const bool started =
         UpdateProcThreadAttribute(start.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_HANDLE_LIST,
                                   handles, sizeof handles, nullptr, nullptr) != FALSE &&
-        start_interpreter(start, process);
+        start_interpreter(line, start, process);
     DeleteProcThreadAttributeList(start.lpAttributeList);
     return started;
 }
 
 bool start_command(const char *command, HANDLE output, HANDLE &process)
 {
-    constexpr std::size_t longest_line = 8191; // of the interpreter
-    wchar_t wide[longest_line];
-    if (!to_wide(command, wide))
+    wchar_t wide[line_capacity];
+    wchar_t line[line_capacity];
+    if (!to_wide(command, wide) || !form_line(wide, line))
         return false;
     HANDLE handles[3] = {standard_handle(STD_INPUT_HANDLE), output,
                          standard_handle(STD_ERROR_HANDLE)};
-    const bool started = SetEnvironmentVariableW(command_variable, wide) != FALSE &&
-                         SetEnvironmentVariableW(path_only_variable, L"1") != FALSE &&
-                         start_with_handles(handles, process);
-    SetEnvironmentVariableW(command_variable, nullptr);
-    SetEnvironmentVariableW(path_only_variable, nullptr);
+    const bool started = start_with_handles(line, handles, process);
     close_handle(handles[0]);
     close_handle(handles[2]);
     return started;

@@ -35,6 +35,14 @@ bool is_link(HANDLE file)
             info.ReparseTag == IO_REPARSE_TAG_MOUNT_POINT);
 }
 
+// The mark alone stops nobody who may do everything.
+bool is_read_only(HANDLE file)
+{
+    FILE_BASIC_INFO info = {};
+    return GetFileInformationByHandleEx(file, FileBasicInfo, &info, sizeof info) != FALSE &&
+           (info.FileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
 HANDLE open_for_writing(const char *path, link_use links)
 {
     constexpr DWORD access = GENERIC_READ | GENERIC_WRITE;
@@ -85,7 +93,8 @@ struct overwritten {
 bool remember(HANDLE file, std::size_t length, overwritten &before)
 {
     before.count = 0;
-    const auto size = static_cast<DWORD>(length < sizeof before.bytes ? length : sizeof before.bytes);
+    const auto size =
+        static_cast<DWORD>(length < sizeof before.bytes ? length : sizeof before.bytes);
     return set_position(file, 0) &&
            ReadFile(file, before.bytes, size, &before.count, nullptr) != FALSE;
 }
@@ -140,7 +149,8 @@ bool overwrite_file(const char *path, std::string_view content, link_use links)
     if (file == INVALID_HANDLE_VALUE)
         return false;
     // Names such as "nul" and "con" are devices in every directory.
-    const bool whole = GetFileType(file) == FILE_TYPE_DISK && put_content(file, content);
+    const bool whole =
+        GetFileType(file) == FILE_TYPE_DISK && !is_read_only(file) && put_content(file, content);
     // Some file systems tell only here that they are full.
     const bool closed = CloseHandle(file) != FALSE;
     return whole && closed;

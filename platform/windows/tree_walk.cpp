@@ -72,13 +72,12 @@ destination find_destination(const char *path)
     BY_HANDLE_FILE_INFORMATION info = {};
     if (!to_system_path(path, wide))
         return {};
-    HANDLE handle =
-        CreateFileW(wide, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    HANDLE handle = CreateFileW(wide, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return {};
-    const bool exists = GetFileType(handle) == FILE_TYPE_DISK &&
-                        GetFileInformationByHandle(handle, &info) != FALSE;
+    const bool exists =
+        GetFileType(handle) == FILE_TYPE_DISK && GetFileInformationByHandle(handle, &info) != FALSE;
     CloseHandle(handle);
     const std::uint64_t number = std::uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow;
     return {exists,

@@ -31,6 +31,9 @@ struct refused_calls {
     std::size_t room = 0;
 };
 
+/// As before any test.
+void let_all_calls_work();
+
 /// All works when it is empty.
 extern refused_calls refused;
 

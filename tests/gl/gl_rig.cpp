@@ -1,12 +1,16 @@
 #include "tests/gl/gl_rig.hpp"
 
-#include "tests/support/x_server.hpp"
+#include "tests/support/golden.hpp"
 
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 
 namespace rig
 {
@@ -27,9 +31,19 @@ canvas::canvas(int width, int height) : columns(width), rows(height)
 canvas::~canvas()
 {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "a GL call was wrong";
+    if (testing::Test::HasFailure())
+        std::printf("the picture of the failure: %s\n", save_picture(as_image()).c_str());
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     glDeleteFramebuffers(1, &frame_buffer);
     glDeleteRenderbuffers(1, &pixels);
+}
+
+image canvas::as_image() const
+{
+    std::vector<unsigned char> all(static_cast<std::size_t>(columns) *
+                                   static_cast<std::size_t>(rows) * 4);
+    glReadPixels(0, 0, columns, rows, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
+    return image_of(all, columns, rows);
 }
 
 colour canvas::at(int x, int y) const
@@ -79,6 +93,33 @@ std::vector<unsigned char> bytes_of_buffer(GLuint buffer)
     return bytes;
 }
 
+image image_of(const std::vector<unsigned char> &pixels, int width, int height)
+{
+    image picture = blank_image(width, height, {});
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const auto at = static_cast<std::size_t>((height - 1 - y) * width + x) * 4;
+            picture.at(x, y) = {pixels[at], pixels[at + 1], pixels[at + 2]};
+        }
+    return picture;
+}
+
+std::string save_picture(const image &picture)
+{
+    const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path folder = "failures";
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path file =
+        folder / (std::string(test->test_suite_name()) + '.' + test->name() + ".png");
+    save_png(picture, file.string());
+    return std::filesystem::absolute(file).string();
+}
+
+std::string save_difference(const image &wanted, const image &drawn)
+{
+    return save_picture(side_by_side(wanted, drawn, compare(wanted, drawn, 0)));
+}
+
 } // namespace rig
 
 namespace
@@ -102,6 +143,29 @@ bool make_context()
     return glewInit() == GLEW_OK;
 }
 
+// A test that hangs is named, as all of them together are one to whoever runs them.
+class hang_watch : public testing::EmptyTestEventListener
+{
+    void OnTestStart(const testing::TestInfo &test) override
+    {
+        constexpr unsigned int limit = 100; // seconds
+        std::snprintf(hung, sizeof hung, "\n%s.%s does not end\n", test.test_suite_name(),
+                      test.name());
+        std::signal(SIGALRM, [](int) {
+            (void)!write(STDERR_FILENO, hung, std::strlen(hung));
+            _exit(1);
+        });
+        alarm(limit);
+    }
+
+    void OnTestEnd(const testing::TestInfo & /*test*/) override
+    {
+        alarm(0);
+    }
+
+    static inline char hung[256];
+};
+
 } // namespace
 
 int main(int argument_count, char *arguments[])
@@ -109,12 +173,12 @@ int main(int argument_count, char *arguments[])
     testing::InitGoogleTest(&argument_count, arguments);
     if (testing::GTEST_FLAG(list_tests))
         return RUN_ALL_TESTS();
-    const rig::x_server screen(640, 480);
-    setenv("DISPLAY", screen.name().c_str(), 1);
+    rig::open_display();
     if (!make_context()) {
         std::fputs("no OpenGL 3.3 context\n", stderr);
         return 1;
     }
+    testing::UnitTest::GetInstance()->listeners().Append(new hang_watch);
     const int status = RUN_ALL_TESTS();
     glfwTerminate();
     return status;

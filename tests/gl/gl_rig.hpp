@@ -13,7 +13,11 @@
 namespace rig
 {
 
-/// What is drawn while it lives goes here. Pixels count from the bottom left.
+/// Gives the process a display, where it has to bring its own; until its end.
+void open_display();
+
+/// What is drawn while it lives goes here. Pixels count from the bottom left. Where
+/// its test has failed, it leaves a picture of itself.
 class canvas
 {
 public:
@@ -23,6 +27,7 @@ public:
     canvas &operator=(const canvas &) = delete;
 
     colour at(int x, int y) const;
+    image as_image() const;
     /// How many pixels have this colour, or one that differs by rounding.
     int count(colour wanted) const;
 
@@ -40,6 +45,15 @@ bool alike(colour one, colour other);
 int live_objects();
 
 std::vector<unsigned char> bytes_of_buffer(GLuint buffer);
+
+/// What glReadPixels has given, RGBA, from the lowest row up.
+image image_of(const std::vector<unsigned char> &pixels, int width, int height);
+
+/// Leaves a picture in a file of the running test's name; gives the file's path.
+std::string save_picture(const image &picture);
+
+/// The same of the wanted picture, the drawn one and where they differ, side by side.
+std::string save_difference(const image &wanted, const image &drawn);
 
 /// Size of the context's own window.
 inline constexpr int window_width = 600;

@@ -11,6 +11,7 @@
 
 #include <limits>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace
@@ -104,6 +105,14 @@ protected:
         return window_pixels();
     }
 
+    // Leaves both, and where they differ, as a file to look at; says where.
+    static std::string save_both(const pixels &drawn, const pixels &wanted)
+    {
+        return drawn == wanted ? "alike"
+                               : save_difference(image_of(wanted, window_width, window_height),
+                                                 image_of(drawn, window_width, window_height));
+    }
+
     static int differing(const pixels &a, const pixels &b)
     {
         int count = 0;
@@ -112,10 +121,25 @@ protected:
         return count;
     }
 
+    // The tray alone.
+    pixels empty_pixels()
+    {
+        const vimbo::mosaic_state none = {};
+        blacken();
+        vimbo::draw_preview_directly(frame, preview, {program, none, outline});
+        return window_pixels();
+    }
+
     void expect_direct_picture(const char *when)
     {
         const pixels kept_pixels = window_pixels();
-        EXPECT_EQ(differing(kept_pixels, direct_pixels()), 0) << when;
+        expect_same(kept_pixels, direct_pixels(), when);
+    }
+
+    // The window as it was drawn last against these pixels.
+    static void expect_same(const pixels &drawn, const pixels &wanted, const char *when)
+    {
+        EXPECT_EQ(differing(drawn, wanted), 0) << when << ": " << save_both(drawn, wanted);
     }
 
     // Both ways of getting there: at once, and in slices between frames.
@@ -190,7 +214,17 @@ TEST_F(KeptPicture, NeverShowsAMosaicThatIsGone)
     vimbo::load_mosaic(mosaic);
     draw_frame();
     expect_direct_picture("with no mosaic");
-    load(5000, 3);
+    load(20000, 1);
+    finish();
+    expect_direct_picture("with the first one again");
+    // Of as many points, and for many frames.
+    load(20000, 3);
+    kept.pace.vertices_per_second = 1;
+    kept.pace.slice_vertices = 1500;
+    draw_frame();
+    ASSERT_TRUE(vimbo::is_unfinished(kept)) << "the former mosaic is taken for the new one";
+    const pixels unfinished = window_pixels();
+    expect_same(unfinished, empty_pixels(), "the former mosaic stands in for the new one");
     finish();
     expect_direct_picture("with another one");
 }
@@ -348,6 +382,17 @@ TEST_F(KeptPicture, IsDrawnDirectlyWhereTheDriverKeepsNoPicture)
     expect_direct_picture("with one again");
 }
 
+std::pair<GLint, GLint> texture_size(GLuint texture)
+{
+    GLint width = 0;
+    GLint height = 0;
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &width);
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    return {width, height};
+}
+
 TEST(Offscreen, IsMadeAnewForAnotherSizeAndFreesTheFormerOne)
 {
     const int before = live_objects();
@@ -355,9 +400,12 @@ TEST(Offscreen, IsMadeAnewForAnotherSizeAndFreesTheFormerOne)
     ASSERT_TRUE(vimbo::fit_offscreen(picture, 40, 30));
     const int with_one = live_objects();
     EXPECT_EQ(with_one, before + 3) << "a framebuffer, its colours, its depth";
-    for (const GLsizei width : {50, 41, 40}) {
-        ASSERT_TRUE(vimbo::fit_offscreen(picture, width, 30));
+    for (const auto &[width, height] :
+         {std::pair{50, 30}, {41, 30}, {41, 31}, {41, 20}, {40, 30}}) {
+        ASSERT_TRUE(vimbo::fit_offscreen(picture, width, height));
         EXPECT_EQ(picture.width, width);
+        EXPECT_EQ(picture.height, height);
+        EXPECT_EQ(texture_size(picture.colour), std::pair(width, height));
         EXPECT_EQ(live_objects(), with_one);
     }
     vimbo::delete_offscreen(picture);

@@ -102,6 +102,15 @@ TEST_F(Picture, JumpsFromTheCentreToTheFirstPoint)
     EXPECT_EQ(paper.count(jump) + paper.count(background), 400 * 300);
 }
 
+TEST_F(Picture, MarksTheFirstMoveWhenItsRecordIsAMark)
+{
+    load({at_pixel(300, 150, true)});
+    const canvas paper(400, 300);
+    draw();
+    EXPECT_NEAR(paper.count(mark), 100, 2);
+    EXPECT_EQ(paper.count(jump), 0);
+}
+
 TEST_F(Picture, DrawsEveryOddYAsAMarkNegativeOnesIncluded)
 {
     load({vertex(0, 0, false), {-10000000, -1}, {-10000000, -2}});

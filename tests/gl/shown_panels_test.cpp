@@ -57,4 +57,35 @@ TEST_F(ShownPanels, AllocateNoMemoryForEachFrameThatDiffers)
     EXPECT_EQ(held(), first) << "draw commands of earlier frames are kept";
 }
 
+TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
+{
+    const auto show_rectangles = [&](int count, colour wanted) {
+        nk_glfw3_new_frame();
+        if (nk_begin(context, "panel", nk_rect(0, 0, 300, 200), NK_WINDOW_NO_SCROLLBAR) != 0) {
+            nk_command_buffer *out = nk_window_get_canvas(context);
+            for (int i = 0; i < count; ++i)
+                nk_fill_rect(out, nk_rect(20, 20, 100, 100), 0,
+                             nk_rgb(wanted.red, wanted.green, wanted.blue));
+        }
+        nk_end(context);
+        vimbo::render_panels(frame_state, *panels);
+        unsigned char pixel[4] = {};
+        glReadPixels(60, window_height - 60, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+        return colour{pixel[0], pixel[1], pixel[2]};
+    };
+    constexpr colour red = {200, 0, 0};
+    constexpr colour green = {0, 200, 0};
+    constexpr int too_many = 30000;
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(alike(show_rectangles(10, red), red)) << "few, frame " << i;
+    EXPECT_TRUE(panels->copied);
+    EXPECT_TRUE(alike(show_rectangles(too_many, green), green)) << "the copy is shown";
+    EXPECT_FALSE(panels->copied);
+    EXPECT_EQ(panels->command_bytes, 0U) << "what does not fit was noted";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_TRUE(alike(show_rectangles(too_many, red), red)) << "many, frame " << i;
+    EXPECT_FALSE(panels->copied) << "what does not fit is taken for what is shown";
+    vimbo::delete_offscreen(panels->copy);
+}
+
 } // namespace

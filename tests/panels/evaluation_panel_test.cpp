@@ -3,6 +3,7 @@
 #include "tests/support/child_watch.hpp"
 #include "tests/support/panel_rig.hpp"
 #include "tests/support/tool_path.hpp"
+#include "tests/support/tools.hpp"
 #include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
@@ -86,10 +87,10 @@ TEST_F(EvaluationPanel, EvaluatesACopyOfTheEditedText)
     tools.put("mero", "exit 0");
     write_file(place.file("a"), "the text\nof two lines");
     vimbo::open_source(panels.app().bar, panels.app().editor, place.file("a").c_str());
-    std::filesystem::remove("/tmp/vimbo");
+    std::filesystem::remove(handed_text_path());
     ASSERT_TRUE(run("Evaluate"));
-    EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
-    EXPECT_EQ(read_file("/tmp/vimbo"), "the text\nof two lines");
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n" + handed_text_path() + "\n");
+    EXPECT_EQ(read_file(handed_text_path()), "the text\nof two lines");
 }
 
 TEST_F(EvaluationPanel, AsksForRawOutputWhenRawIsTicked)
@@ -97,10 +98,10 @@ TEST_F(EvaluationPanel, AsksForRawOutputWhenRawIsTicked)
     tools.put("mero", "exit 0");
     panels.click("Raw");
     ASSERT_TRUE(run("Evaluate"));
-    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n" + handed_text_path() + "\n");
     panels.click("Raw");
     ASSERT_TRUE(run("Evaluate"));
-    EXPECT_EQ(tools.arguments_of("mero"), "-S\n/tmp//vimbo\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n" + handed_text_path() + "\n");
 }
 
 TEST_F(EvaluationPanel, IntegratesIntoTheCurrentMosaic)
@@ -108,8 +109,8 @@ TEST_F(EvaluationPanel, IntegratesIntoTheCurrentMosaic)
     tools.put("mero", "exit 0");
     panels.app().mosaic.mosaic_index = 5;
     ASSERT_TRUE(run("Integrate"));
-    EXPECT_EQ(tools.arguments_of("mero"),
-              "-s\n35.000000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/5.mmv\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-s\n35.000000\n" + handed_text_path() + "\n" +
+                                              place.file("tray") + "/_mosaics/5.mmv\n");
     EXPECT_EQ(panels.app().mosaic.mosaic_path, place.file("tray") + "/_mosaics/5.mmv");
 }
 
@@ -119,8 +120,8 @@ TEST_F(EvaluationPanel, CentersWhenCenterIsTickedAndTakesTheUnit)
     panels.click("Center");
     panels.app().evaluation.unit_um = 12.5;
     ASSERT_TRUE(run("Integrate"));
-    EXPECT_EQ(tools.arguments_of("mero"),
-              "-c\n-s\n12.500000\n/tmp//vimbo\n" + place.file("tray") + "/_mosaics/0.mmv\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-c\n-s\n12.500000\n" + handed_text_path() + "\n" +
+                                              place.file("tray") + "/_mosaics/0.mmv\n");
 }
 
 TEST_F(EvaluationPanel, LeavesRawToEvaluateAndCenterToIntegrate)
@@ -129,7 +130,7 @@ TEST_F(EvaluationPanel, LeavesRawToEvaluateAndCenterToIntegrate)
     panels.click("Raw");
     panels.click("Center");
     ASSERT_TRUE(run("Evaluate"));
-    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n/tmp//vimbo\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-S\n-r\n" + handed_text_path() + "\n");
     ASSERT_TRUE(run("Integrate"));
     EXPECT_EQ(tools.arguments_of("mero").substr(0, 6), "-c\n-s\n");
 }
@@ -161,7 +162,7 @@ TEST_F(EvaluationPanel, StartsAtThirtyFiveMicrometres)
 
 TEST_F(EvaluationPanel, MakesTheDirectoryForMosaicsBeforeTheToolStarts)
 {
-    write_script(tools.file("mero"), "[ -d " + place.file("tray/_mosaics") + " ] && exit 3");
+    tools.put("mero", "find " + place.file("tray/_mosaics") + " exit 3");
     ASSERT_TRUE(run("Integrate"));
     expect_text("Building\\.+\nStatus: uknown\\.\n");
 }
@@ -180,8 +181,8 @@ TEST_F(EvaluationPanel, QuotesATrayWithABlank)
     std::filesystem::create_directory(place.file("a tray"));
     vimbo::choose_tray(panels.app().frame, panels.app().mosaic, place.file("a tray").c_str());
     ASSERT_TRUE(run("Integrate"));
-    EXPECT_EQ(tools.arguments_of("mero"),
-              "-s\n35.000000\n/tmp//vimbo\n" + place.file("a tray") + "/_mosaics/0.mmv\n");
+    EXPECT_EQ(tools.arguments_of("mero"), "-s\n35.000000\n" + handed_text_path() + "\n" +
+                                              place.file("a tray") + "/_mosaics/0.mmv\n");
 }
 
 TEST_F(EvaluationPanel, ShowsOutputUnderItsHeadingAndTheStatus)
@@ -203,8 +204,8 @@ TEST_F(EvaluationPanel, ShowsNoHeadingForASilentTool)
 TEST_F(EvaluationPanel, NamesEveryStatus)
 {
     const std::pair<const char *, const char *> endings[] = {
-        {"exit 0", "ok"},      {"exit 1", "error"},      {"exit 3", "uknown"},
-        {"exit 127", "error"}, {"exit 255", "abnormal"}, {"exit 254", "error"}};
+        {"exit 0", "ok"},      {"exit 1", "error"},     {"exit 3", "uknown"},
+        {"exit 127", "error"}, {"exit -1", "abnormal"}, {"exit 254", "error"}};
     for (const auto &[ending, word] : endings) {
         tools.put("mero", ending);
         ASSERT_TRUE(run("Evaluate"));
@@ -215,7 +216,7 @@ TEST_F(EvaluationPanel, NamesEveryStatus)
 TEST_F(EvaluationPanel, ShowsTheErrorStatusOfAMissingTool)
 {
     const tool_path nothing_else;
-    setenv("PATH", nothing_else.folder().c_str(), 1);
+    set_variable("PATH", nothing_else.folder());
     testing::internal::CaptureStderr();
     ASSERT_TRUE(run("Evaluate"));
     expect_text("Compilling\\.+\nStatus: error\\.\n");

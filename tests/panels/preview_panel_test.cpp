@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <sstream>
+#include <string>
+
 namespace
 {
 
@@ -85,6 +89,28 @@ TEST_F(PreviewPanel, ZoomsByTwoForEachNotchWithThePanAboutTheCentre)
     EXPECT_EQ(preview().zoom, 0.5F);
     EXPECT_EQ(preview().pan_x, 0.25F);
     EXPECT_EQ(preview().pan_y, -0.125F);
+}
+
+TEST_F(PreviewPanel, ZoomsWhereverThePointerIsAsLongAsItIsShown)
+{
+    const struct nk_rect area = preview().rectangle;
+    const point editor = {100, 200};
+    const point above = {middle().x, static_cast<int>(area.y) - 30};
+    const point beside = {static_cast<int>(area.x) - 100, middle().y};
+    float zoom = 1;
+    for (const point at : {editor, above, beside}) {
+        panels.move(at);
+        panels.scroll(1);
+        panels.frame();
+        zoom *= 2;
+        EXPECT_EQ(preview().zoom, zoom) << "with the pointer at " << at.x << ',' << at.y;
+    }
+    panels.click("|", 1);
+    panels.frame();
+    panels.move(middle());
+    panels.scroll(1);
+    panels.frame();
+    EXPECT_EQ(preview().zoom, zoom) << "the picture is hidden";
 }
 
 TEST_F(PreviewPanel, LeavesTheMouseToAListThatLiesOverIt)
@@ -217,16 +243,51 @@ TEST_F(PreviewPanel, LetsTheReplayBeDraggedByItsBar)
     panels.frame();
 }
 
-TEST(Panels, SurviveEveryWindowSize)
+// All that a frame writes and fills, and where.
+std::string drawing_of(panel_rig &panels)
 {
+    std::ostringstream all;
+    const auto add = [&](const struct nk_rect &at) {
+        all << ' ' << at.x << ' ' << at.y << ' ' << at.w << ' ' << at.h << '\n';
+    };
+    for (const drawn_text &text : panels.texts()) {
+        all << text.text;
+        add(text.bounds);
+    }
+    for (const drawn_rectangle &box : panels.rectangles())
+        add(box.bounds);
+    return all.str();
+}
+
+void show_all_panels(panel_rig &panels, int frames)
+{
+    panels.app().frame.ui_flags |=
+        vimbo::ui_flag::bottom_shown | vimbo::ui_flag::preview_shown | vimbo::ui_flag::stats_shown;
+    for (int i = 0; i < frames; ++i) {
+        panels.move({i * 40, i * 20});
+        panels.frame();
+    }
+    panels.move({2, 2});
+}
+
+TEST(Panels, AreDrawnAsBeforeOnceAnyWindowSizeIsOver)
+{
+    panel_rig as_ever;
+    show_all_panels(as_ever, 3);
+    as_ever.frame();
     for (const point size : {point{1, 1}, {100, 50}, {256, 616}, {300, 617}, {4000, 3000}}) {
         panel_rig panels(size.x, size.y);
-        panels.app().frame.ui_flags |= vimbo::ui_flag::bottom_shown |
-                                       vimbo::ui_flag::preview_shown | vimbo::ui_flag::stats_shown;
-        for (int i = 0; i < 3; ++i) {
-            panels.move({i * 40, i * 20});
-            panels.frame();
+        show_all_panels(panels, 3);
+        const struct nk_rect picture = panels.app().preview.rectangle;
+        EXPECT_TRUE(std::isfinite(picture.x) && std::isfinite(picture.y)) << size.x;
+        if (size.x >= 100) {
+            EXPECT_TRUE(panels.find("X")) << size.x << " x " << size.y;
         }
+        panels.app().frame.window_width = 1600;
+        panels.app().frame.window_height = 1240;
+        for (int i = 0; i < 3; ++i)
+            panels.frame();
+        EXPECT_EQ(drawing_of(panels), drawing_of(as_ever)) << size.x << " x " << size.y;
     }
 }
 

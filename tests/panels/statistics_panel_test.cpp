@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace
 {
@@ -90,6 +91,25 @@ protected:
             if (is(box.colour, red, green, blue))
                 found.push_back(box.bounds);
         return found;
+    }
+
+    // The pieces of a chart's line.
+    std::vector<drawn_line> curve_drawn()
+    {
+        std::vector<drawn_line> found;
+        for (const drawn_line &line : panels.lines())
+            if (is(line.colour, 255, 255, 255))
+                found.push_back(line);
+        return found;
+    }
+
+    // All values of all charts, and a frame with them.
+    void fill_charts(float value)
+    {
+        std::ranges::fill(run().stats_locality, value);
+        std::ranges::fill(run().stats_directions, value);
+        std::ranges::fill(run().stats_moves, value);
+        panels.frame();
     }
 
     struct nk_rect chart()
@@ -278,28 +298,45 @@ TEST_F(StatisticsPanel, DrawsMarksAndJumpsAsTwoColumns)
     EXPECT_NEAR(static_cast<float>(panels.find("Light")->x), columns[1].x + columns[1].w / 2, 20);
 }
 
-TEST_F(StatisticsPanel, KeepsItsScaleWhateverTheFigures)
+TEST_F(StatisticsPanel, DrawsAValueAtItsHeightWhateverTheOthersAre)
 {
-    const auto scale = [this] {
+    for (const int index : {0, 1, 2}) {
+        panels.app().statistics.stats_chart = index;
+        fill_charts(0.5F);
+        const std::vector<struct nk_rect> equals = values_drawn();
+        ASSERT_GE(equals.size(), 2U) << "chart " << index;
+        // The last one, as a line's point so far up is not drawn.
+        for (float *last :
+             {&run().stats_locality[31], &run().stats_directions[15], &run().stats_moves[1]})
+            *last = 7.0F;
         panels.frame();
-        std::vector<int> rows;
-        for (const char *label : {"1.0", "0.5", "0.0"})
-            rows.push_back(panels.find(label)->y);
-        return rows;
-    };
-    for (const int chart : {0, 1, 2}) {
-        panels.app().statistics.stats_chart = chart;
-        std::ranges::fill(run().stats_locality, 0.0F);
-        std::ranges::fill(run().stats_directions, 0.0F);
-        std::ranges::fill(run().stats_moves, 0.0F);
-        const std::vector<int> before = scale();
-        std::ranges::fill(run().stats_locality, 7.0F);
-        std::ranges::fill(run().stats_directions, 7.0F);
-        std::ranges::fill(run().stats_moves, 7.0F);
-        EXPECT_EQ(scale(), before) << "chart " << chart;
-        EXPECT_LT(before[0], before[1]);
-        EXPECT_LT(before[1], before[2]);
+        const std::vector<struct nk_rect> beside_a_large_one = values_drawn();
+        for (std::size_t i = 0; i + 1 < equals.size(); ++i) {
+            EXPECT_EQ(beside_a_large_one[i].y, equals[i].y) << "chart " << index << " value " << i;
+            EXPECT_EQ(beside_a_large_one[i].h, equals[i].h) << "chart " << index << " value " << i;
+        }
+        if (index != 0) {
+            EXPECT_NEAR(beside_a_large_one.back().h, 14 * equals[0].h, 14)
+                << "7.0 is not 14 times as high as 0.5 in chart " << index;
+        }
     }
+}
+
+TEST_F(StatisticsPanel, DrawsTheLocalityCurveFromItsValuesBetweenZeroAndOne)
+{
+    const float values[] = {0.0F, 1.0F, 0.5F, 0.25F};
+    std::ranges::copy(values, run().stats_locality);
+    panels.frame();
+    const struct nk_rect area = chart();
+    const std::vector<drawn_line> curve = curve_drawn();
+    ASSERT_EQ(curve.size(), 31U) << "pieces between 32 points";
+    const float zero = static_cast<float>(curve[0].from.y);
+    const float one = static_cast<float>(curve[0].to.y);
+    EXPECT_NEAR(zero, area.y + area.h, 12) << "0.0 lies at the bottom";
+    EXPECT_NEAR(one, area.y, 12) << "1.0 reaches the top";
+    EXPECT_NEAR(static_cast<float>(curve[1].to.y), (zero + one) / 2, 2) << "0.5";
+    EXPECT_NEAR(static_cast<float>(curve[2].to.y), zero + (one - zero) / 4, 2) << "0.25";
+    EXPECT_NEAR(static_cast<float>(curve[30].to.x), area.x + area.w, 32) << "the last value";
 }
 
 TEST_F(StatisticsPanel, ShowsTheValueUnderThePointer)
@@ -332,18 +369,35 @@ TEST_F(StatisticsPanel, ShowsALocalityPointsValue)
     EXPECT_TRUE(panels.find("0.250000"));
 }
 
-TEST_F(StatisticsPanel, SurvivesWhatIsNoOrdinaryNumber)
+TEST_F(StatisticsPanel, DrawsNanAtZeroAndWhatIsFarOffNoFartherThan64)
 {
-    tools.put("plimb", "say 'nan inf -inf 1e30 -1e30 1e300 nan inf'");
+    tools.put("plimb", "say '0 1 64 -64 inf -inf 1e30 -1e30 1e300 nan'");
     ASSERT_TRUE(measure());
-    EXPECT_TRUE(std::isnan(run().stats_locality[0]));
-    for (int index = 0; index < 3; ++index) {
-        panels.app().statistics.stats_chart = index;
-        for (int x = 0; x < 1600; x += 50) {
-            panels.move({x, 300});
-            panels.frame();
-        }
-    }
+    ASSERT_TRUE(std::isnan(run().stats_locality[9]));
+    panels.frame();
+    const std::vector<drawn_line> curve = curve_drawn();
+    ASSERT_EQ(curve.size(), 31U);
+    const auto row_of = [&](std::size_t i) { return i == 0 ? curve[0].from.y : curve[i - 1].to.y; };
+    EXPECT_NEAR(row_of(0) - row_of(2), 64 * (row_of(0) - row_of(1)), 64) << "64 is drawn as it is";
+    EXPECT_EQ(row_of(4), row_of(2)) << "infinity";
+    EXPECT_EQ(row_of(5), row_of(3)) << "negative infinity";
+    EXPECT_EQ(row_of(6), row_of(2)) << "1e30";
+    EXPECT_EQ(row_of(7), row_of(3)) << "-1e30";
+    EXPECT_EQ(row_of(8), row_of(2)) << "1e300";
+    EXPECT_EQ(row_of(9), row_of(0)) << "NaN";
+}
+
+TEST_F(StatisticsPanel, ShowsAValueThatIsNoNumberAsItWasRead)
+{
+    panels.app().statistics.stats_chart = 1;
+    run().stats_directions[3] = std::numeric_limits<float>::infinity();
+    panels.frame();
+    const std::vector<struct nk_rect> columns = values_drawn();
+    ASSERT_EQ(columns.size(), 1U) << "the other columns have no height";
+    panels.move({static_cast<int>(columns[0].x + columns[0].w / 2), 300});
+    panels.frame();
+    panels.frame();
+    EXPECT_TRUE(panels.find("inf"));
 }
 
 TEST_F(StatisticsPanel, LeavesNothingBehindAfterManyRuns)

@@ -1,9 +1,11 @@
 // The bar at the top and the editor: opening, saving, deleting, choosing.
 #include "tests/support/panel_rig.hpp"
 #include "tests/support/scratch.hpp"
+#include "ui/fixed_text.hpp"
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <ctime>
 
 namespace
@@ -196,6 +198,25 @@ TEST_F(TrayBar, SavesUnderATypedNameInTheOpenFilesFolder)
     EXPECT_EQ(open_path(), source("sub/a.txt2"));
     EXPECT_EQ(read_file(source("sub/a.txt2")), "the text");
     EXPECT_EQ(read_file(source("sub/a.txt")), "the text");
+}
+
+TEST_F(TrayBar, KeepsTypedSeparatorsWithinItsBuffer)
+{
+    // Each of them moves the name's part on, toward the buffer's end.
+    vimbo::tray_bar_state &bar = panels.app().bar;
+    vimbo::set_text(bar.source_path, '/' + std::string(sizeof bar.source_path - 300, 'd') + "/a");
+    constexpr std::int64_t behind_the_path = 0x4242424242424242;
+    bar.delete_armed_at = behind_the_path;
+    panels.click("+");
+    panels.frame();
+    panels.click("a");
+    for (int i = 0; i < 40; ++i) {
+        panels.type("/nine more");
+        panels.frame();
+    }
+    EXPECT_LT(strnlen(bar.source_path, sizeof bar.source_path), sizeof bar.source_path)
+        << "the path has no end";
+    EXPECT_EQ(bar.delete_armed_at, behind_the_path) << "what lies behind it was written over";
 }
 
 TEST_F(TrayBar, ChangesNothingWhenSaveAsIsLeft)

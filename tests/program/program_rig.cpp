@@ -6,6 +6,8 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
+#include <iostream>
 #include <thread>
 
 namespace rig
@@ -25,6 +27,26 @@ ProgramRig::ProgramRig()
     std::filesystem::create_directories(place.file("tray"));
     std::filesystem::remove("/tmp/mero.end");
     std::filesystem::remove("/tmp/vimbo");
+}
+
+ProgramRig::~ProgramRig()
+{
+    if (vimbo != nullptr && vimbo->running())
+        save_screen_of_failure();
+}
+
+void ProgramRig::save_screen_of_failure() const
+{
+    if (!HasFailure() || screen == nullptr)
+        return;
+    const testing::TestInfo *test = testing::UnitTest::GetInstance()->current_test_info();
+    const std::filesystem::path folder = "failures";
+    std::string name = std::string(test->test_suite_name()) + '.' + test->name();
+    std::ranges::replace(name, '/', '-');
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path file = folder / (name + ".png");
+    save_png(screen->screenshot(), file.string());
+    std::cout << "the screen of the failure: " << std::filesystem::absolute(file).string() << '\n';
 }
 
 void ProgramRig::start(const start_options &how)
@@ -63,8 +85,9 @@ void ProgramRig::expect_good_end(const std::string &wanted)
     };
     EXPECT_TRUE(wait_until(nothing_left))
         << open_descriptors(id) << " descriptors are open, " << descriptors
-        << " were at the start, for " << children_of(id) << " children, of which "
-        << zombies_of(id) << " have ended";
+        << " were at the start, for " << children_of(id) << " children, of which " << zombies_of(id)
+        << " have ended";
+    save_screen_of_failure();
     screen->close_window(window);
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;

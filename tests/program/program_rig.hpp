@@ -26,6 +26,7 @@ class ProgramRig : public testing::Test
 {
 protected:
     ProgramRig();
+    ~ProgramRig() override;
 
     struct start_options {
         int width = 1200;
@@ -79,6 +80,9 @@ protected:
     /// Waits until the picture has at least, or at most, so many of them.
     bool shows(colour wanted, int at_least);
     bool shows_none(colour wanted);
+
+    // Where something has failed, leaves a picture of the screen to look at.
+    void save_screen_of_failure() const;
 
     const scratch_directory place;
     const tool_path tools;

@@ -139,7 +139,8 @@ TEST_F(Source, SavedOntoAFullDiskIsReportedAndTheTextStays)
     start({.bottom = true});
     driver->choose("--", "a.txt");
     save_as("a.txt", U"full");
-    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; })) << complaints();
+    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; }))
+        << complaints();
     EXPECT_EQ(evaluated_text(), "the text");
     expect_good_end("error: unable to save.\n");
 }
@@ -150,7 +151,8 @@ TEST_F(Source, SavedWhereNothingCanBeWrittenIsReported)
     start({.bottom = true});
     driver->choose("--", "a.txt");
     save_as("a.txt", U"no/such");
-    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; })) << complaints();
+    EXPECT_TRUE(wait_until([&] { return complaints() == "error: unable to save.\n"; }))
+        << complaints();
     expect_good_end("error: unable to save.\n");
 }
 

@@ -87,6 +87,11 @@ void clipboard_owner::answer(const xcb_selection_request_event_t &request)
         ask_for_what_is_to_be_kept(request);
         return;
     }
+    if (how.strays) {
+        xcb_selection_request_event_t other = request;
+        other.target = atom_of("TEXT");
+        notify(other, XCB_ATOM_NONE);
+    }
     if (request.target != atom_of(how.kind)) {
         notify(request, XCB_ATOM_NONE);
         return;

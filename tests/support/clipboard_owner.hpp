@@ -22,6 +22,7 @@ public:
         std::size_t piece = 0;               // hands the text over in pieces of so many bytes,
         std::size_t pieces = ~0UL;           // at most so many of them, then falls silent
         bool silent = false;                 // never answers at all
+        bool strays = false;                 // first refuses what was not asked for
         std::string selection = "CLIPBOARD"; // what it owns
     };
     clipboard_owner(const std::string &display, manner how);

@@ -81,12 +81,18 @@ void panel_rig::collect_drawing()
 {
     drawn.clear();
     filled.clear();
+    stroked.clear();
     const nk_command *command = nullptr;
     nk_foreach(command, &context)
     {
         if (command->type == NK_COMMAND_RECT_FILLED) {
             const auto *box = reinterpret_cast<const nk_command_rect_filled *>(command);
             filled.push_back({rect_of(*box), box->color});
+        }
+        if (command->type == NK_COMMAND_LINE) {
+            const auto *line = reinterpret_cast<const nk_command_line *>(command);
+            stroked.push_back(
+                {{line->begin.x, line->begin.y}, {line->end.x, line->end.y}, line->color});
         }
         if (command->type != NK_COMMAND_TEXT)
             continue;

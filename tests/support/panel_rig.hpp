@@ -29,6 +29,12 @@ struct drawn_rectangle {
     struct nk_color colour;
 };
 
+/// A straight line as the last frame drew it.
+struct drawn_line {
+    point from, to;
+    struct nk_color colour;
+};
+
 class panel_rig
 {
 public:
@@ -54,6 +60,11 @@ public:
     const std::vector<drawn_rectangle> &rectangles() const
     {
         return filled;
+    }
+
+    const std::vector<drawn_line> &lines() const
+    {
+        return stroked;
     }
 
     /// Centre of the nth text that reads exactly so.
@@ -83,6 +94,7 @@ private:
     nk_user_font font = {};
     std::vector<drawn_text> drawn;
     std::vector<drawn_rectangle> filled;
+    std::vector<drawn_line> stroked;
     std::string typed;
     std::optional<nk_keys> pressed_key;
     point pointer = {-1, -1};

@@ -8,6 +8,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 namespace rig
@@ -41,6 +42,14 @@ void end_with_parent()
     prctl(PR_SET_PDEATHSIG, SIGKILL);
 }
 
+void hide_wayland()
+{
+    unsetenv("WAYLAND_DISPLAY");
+    // The library looks for a compositor of its own accord here; without any directory
+    // it complains on standard error.
+    setenv("XDG_RUNTIME_DIR", P_tmpdir, 1);
+}
+
 program::program(const options &how)
 {
     process = fork();
@@ -52,6 +61,7 @@ program::program(const options &how)
         dup2(STDOUT_FILENO, STDERR_FILENO);
     else
         redirect(STDERR_FILENO, how.errors);
+    hide_wayland();
     for (const std::string &variable : how.environment)
         putenv(const_cast<char *>(variable.c_str()));
     if (!how.directory.empty() && chdir(how.directory.c_str()) != 0)

@@ -13,6 +13,10 @@ namespace rig
 /// For a fresh child: it ends together with the test that started it.
 void end_with_parent();
 
+/// Has this process, and what it starts, find no Wayland compositor: it would be taken
+/// before the X server of the test.
+void hide_wayland();
+
 /// A program under test, with its output in files.
 class program
 {

@@ -2,27 +2,32 @@
 
 #include "mosaic/mosaic_file.hpp"
 
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <random>
 #include <sstream>
-#include <stdexcept>
 
 namespace rig
 {
 
 scratch_directory::scratch_directory()
 {
-    std::string pattern = (std::filesystem::temp_directory_path() / "vimbo-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no scratch directory");
-    root = pattern;
+    std::random_device random;
+    const std::filesystem::path common = std::filesystem::temp_directory_path();
+    do
+        root = (common / ("vimbo-test-" + std::to_string(random()))).generic_string();
+    while (!std::filesystem::create_directory(root));
 }
 
 scratch_directory::~scratch_directory()
 {
     std::error_code ignored;
     std::filesystem::remove_all(root, ignored);
+}
+
+std::filesystem::path utf8_path(std::string_view text)
+{
+    return std::u8string(text.begin(), text.end());
 }
 
 void write_file(const std::filesystem::path &path, std::string_view content)

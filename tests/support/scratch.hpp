@@ -12,7 +12,7 @@
 namespace rig
 {
 
-/// Made empty, removed with all it holds.
+/// Made empty, removed with all it holds. Its paths have '/' on every system.
 class scratch_directory
 {
 public:
@@ -27,12 +27,15 @@ public:
     }
     std::string file(std::string_view name) const
     {
-        return (root / name).string();
+        return root.generic_string() + '/' + std::string(name);
     }
 
 private:
     std::filesystem::path root;
 };
+
+/// A path from its UTF-8, which not every system takes a narrow text for.
+std::filesystem::path utf8_path(std::string_view text);
 
 void write_file(const std::filesystem::path &path, std::string_view content);
 std::string read_file(const std::filesystem::path &path);

@@ -22,6 +22,9 @@ public:
     /// Makes `name` a tool that then does these actions of the stub tool.
     void put(std::string_view name, std::string_view actions) const;
 
+    /// Removes the tool that was put there.
+    void take_away(std::string_view name) const;
+
     /// The arguments of the tool's last run, one a line; empty before any.
     std::string arguments_of(std::string_view name) const;
 
@@ -31,7 +34,7 @@ public:
     }
     std::string folder() const
     {
-        return place.path().string();
+        return place.path().generic_string();
     }
 
 private:

@@ -43,6 +43,17 @@ void x_server::click(point at, int button) const
     settle();
 }
 
+void x_server::click_times(point at, int times) const
+{
+    move(at);
+    settle();
+    for (int i = 0; i < times; ++i) {
+        press();
+        release();
+    }
+    settle();
+}
+
 void x_server::scroll(int notches) const
 {
     constexpr int up = 4;
@@ -103,6 +114,12 @@ void x_server::relabel(std::string_view key, std::string_view symbol) const
     change.first_keycode = code;
     change.count = 1;
     XRefreshKeyboardMapping(&change);
+    settle();
+}
+
+void x_server::hold_modifier(std::string_view name, bool held) const
+{
+    send_key(XKeysymToKeycode(display, symbol_called(name)), held);
     settle();
 }
 

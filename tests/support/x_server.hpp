@@ -53,7 +53,11 @@ public:
     void release(int button = 1) const;
     /// Down long enough for a frame to see it.
     void click(point at, int button = 1) const;
+    /// Clicks one after the other, as fast as they can be made.
+    void click_times(point at, int times) const;
     void scroll(int notches) const;
+    /// Presses a modifier, such as "Shift_L", or lets go of it.
+    void hold_modifier(std::string_view name, bool held) const;
     /// A key by its X name, such as "Return", "ctrl+a" or "ctrl+shift+z".
     void key(std::string_view name) const;
     /// The same, held down for so long: the X server repeats it.

@@ -2,9 +2,12 @@
 // files they leave, how they end.
 #include "platform/commands.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/wait.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 #include <iterator>
 #include <sstream>
@@ -47,6 +50,13 @@ protected:
     outcome integrate(const std::string &options, const std::string &source)
     {
         return evaluate(options, source, place.file("0.mmv"));
+    }
+
+    void expect_nothing_but_source_and_mosaic() const
+    {
+        for (const auto &entry : std::filesystem::directory_iterator(place.path()))
+            EXPECT_TRUE(entry.path().filename() == "0.mmv" || entry.path().filename() == "source")
+                << entry.path() << " was left";
     }
 
     const scratch_directory place;
@@ -105,12 +115,9 @@ TEST_F(Mero, LeavesTheOldMosaicOnAFullDisk)
     const outcome result = run("trap '' XFSZ; ulimit -f 100; " VIMBO_MERO " -s 35 " +
                                place.file("source") + ' ' + place.file("0.mmv"));
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
-        << result.output;
+    EXPECT_TRUE(begins(result.output, "mero: cannot write " + place.file("0.mmv")));
     EXPECT_EQ(read_file(place.file("0.mmv")), "old");
-    for (const auto &entry : std::filesystem::directory_iterator(place.path()))
-        EXPECT_TRUE(entry.path().filename() == "0.mmv" || entry.path().filename() == "source")
-            << entry.path() << " was left";
+    expect_nothing_but_source_and_mosaic();
 }
 
 TEST_F(Mero, NamesTheLineOfAnError)
@@ -119,8 +126,87 @@ TEST_F(Mero, NamesTheLineOfAnError)
                                "\nmark(1e12, 0)", "\nos.exit(0)"}) {
         const outcome result = evaluate("-S", source);
         EXPECT_EQ(result.status, 1) << source;
-        EXPECT_NE(result.output.find("source:2:"), std::string::npos) << result.output;
+        EXPECT_TRUE(holds(result.output, "source:2:"));
     }
+}
+
+TEST_F(Mero, GivesSourcesNoWayToFilesProcessesOrCompiledCode)
+{
+    const outcome result =
+        evaluate("-S", "for _, name in ipairs{'io', 'os', 'package', 'debug', 'require', 'load',\n"
+                       "                       'loadfile', 'loadstring', 'dofile'} do\n"
+                       "    if _G[name] ~= nil then error(name .. ' is within reach') end\n"
+                       "end\n"
+                       "mark(1, 1)");
+    EXPECT_EQ(result.status, 0) << result.output;
+    const outcome compiled = evaluate("-S", "\x1bLuaT");
+    EXPECT_EQ(compiled.status, 1);
+    EXPECT_TRUE(holds(compiled.output, "a binary chunk (mode is 't')"))
+        << "compiled code is not refused as such: " << compiled.output;
+}
+
+TEST_F(Mero, TakesCoordinatesUpToTheLimitAndNoFarther)
+{
+    // The unit in which a number of the source is one of the mosaic's.
+    const std::string unit = "-s 0.00390625";
+    EXPECT_EQ(
+        integrate(unit, "jump(2147483647.49, 2147483646) mark(-2147483648.5, -2147483648)").output,
+        "2 moves written to " + place.file("0.mmv") + "\n");
+    EXPECT_EQ(read_file(place.file("0.mmv")),
+              mosaic_bytes({{2147483647, 2147483646}, {-2147483647 - 1, -2147483647}}));
+    for (const char *beyond : {"mark(2147483647.5, 0)", "mark(0, 2147483647.5)",
+                               "mark(-2147483648.51, 0)", "mark(0, -2147483648.51)"}) {
+        const outcome result = integrate(unit, beyond);
+        EXPECT_EQ(result.status, 1) << beyond << " is taken";
+        EXPECT_TRUE(holds(result.output, "out of the range"));
+    }
+}
+
+TEST_F(Mero, CentersWhatLiesAtTheLimitOfCoordinates)
+{
+    const std::string unit = "-c -s 0.00390625";
+    const struct {
+        const char *source;
+        std::vector<vimbo::path_vertex> centred;
+    } cases[] = {
+        {"jump(2147483647, 2147483646) mark(2147483645, 2147483640)", {{1, 2}, {-1, -3}}},
+        {"jump(-2147483648, -2147483648) mark(-2147483646, -2147483644)", {{-1, -2}, {1, 3}}},
+        {"jump(-2147483648, 0) mark(2147483647, 0)", {{-2147483647 - 1, 0}, {2147483647, 1}}},
+    };
+    for (const auto &[source, centred] : cases) {
+        EXPECT_EQ(integrate(unit, source).status, 0) << source;
+        EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes(centred)) << source;
+    }
+}
+
+TEST_F(Mero, PutsItsMosaicInPlaceAtOnceWithTheUsersPermissions)
+{
+    write_file(place.file("0.mmv"), "old");
+    write_file(place.file("source"), square);
+    const int events = inotify_init1(IN_NONBLOCK);
+    ASSERT_GE(
+        inotify_add_watch(events, place.path().c_str(), IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO),
+        0);
+    EXPECT_EQ(run("umask 027; exec " VIMBO_MERO " -s 35 " + place.file("source") + ' ' +
+                  place.file("0.mmv"))
+                  .status,
+              0);
+    alignas(inotify_event) char buffer[4096];
+    const ssize_t bytes = read(events, buffer, sizeof buffer);
+    close(events);
+    bool moved = false;
+    for (ssize_t at = 0; at < bytes;) {
+        const auto *event = reinterpret_cast<const inotify_event *>(buffer + at);
+        const std::string name = event->name;
+        EXPECT_FALSE(name == "0.mmv" && (event->mask & (IN_DELETE | IN_MOVED_FROM)) != 0)
+            << "for a moment there was no mosaic";
+        moved = moved || (name == "0.mmv" && (event->mask & IN_MOVED_TO) != 0);
+        at += static_cast<ssize_t>(sizeof *event + event->len);
+    }
+    EXPECT_TRUE(moved) << "the mosaic was not put in place by its name alone";
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(place.file("0.mmv")).permissions(),
+              perms::owner_read | perms::owner_write | perms::group_read);
 }
 
 TEST_F(Mero, LeavesTheOldMosaicAfterAnError)
@@ -142,10 +228,14 @@ TEST_F(Mero, ReportsThatNothingWasMarked)
 
 TEST_F(Mero, ReportsWhatItCannotReadOrWrite)
 {
-    EXPECT_EQ(run(VIMBO_MERO " -S /no/such/file").output, "mero: cannot read /no/such/file\n");
+    for (const std::string &path : {std::string("/no/such/file"), place.path().string()}) {
+        const outcome unread = run(VIMBO_MERO " -S " + path);
+        EXPECT_EQ(unread.output, "mero: cannot read " + path + "\n");
+        EXPECT_EQ(unread.status, 1);
+    }
     const outcome result = evaluate("-s 35", square, "/no/such/place/0.mmv");
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write beside /no/such/place/0.mmv", 0), 0U);
+    EXPECT_TRUE(begins(result.output, "mero: cannot write beside /no/such/place/0.mmv"));
 }
 
 TEST_F(Mero, RefusesACommandLineThatIsNotOneOfItsTwo)
@@ -154,7 +244,7 @@ TEST_F(Mero, RefusesACommandLineThatIsNotOneOfItsTwo)
          {"-x", "-s", "-s 0", "-s -1", "-s nan", "-s 3x", "-c", "-r", "-S -s 35", "-s 35 -r"}) {
         const outcome result = evaluate(options, square);
         EXPECT_EQ(result.status, 1) << options;
-        EXPECT_EQ(result.output.rfind("mero: usage: ", 0), 0U) << options;
+        EXPECT_TRUE(begins(result.output, "mero: usage: ")) << options;
     }
 }
 
@@ -175,6 +265,7 @@ TEST_F(Mero, StopsWhenItIsAskedToAndTakesTheMarkerAway)
     EXPECT_TRUE(taken_away());
     EXPECT_EQ(vimbo::close_command(stream), 3);
     EXPECT_EQ(read_file(place.file("0.mmv")), "old");
+    expect_nothing_but_source_and_mosaic();
 }
 
 class Plimb : public testing::Test
@@ -302,10 +393,9 @@ TEST_F(Mero, ReportsAMosaicThatCannotBeRenamedIntoPlace)
     std::filesystem::create_directories(place.file("0.mmv"));
     const outcome result = integrate("-s 35", square);
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.rfind("mero: cannot write " + place.file("0.mmv"), 0), 0U)
-        << result.output;
+    EXPECT_TRUE(begins(result.output, "mero: cannot write " + place.file("0.mmv")));
     for (const auto &entry : std::filesystem::directory_iterator(place.path()))
-        EXPECT_EQ(entry.path().filename().string().find("0.mmv."), std::string::npos)
+        EXPECT_TRUE(lacks(entry.path().filename().string(), "0.mmv."))
             << "a half of it is left behind";
 }
 
@@ -317,8 +407,7 @@ TEST_F(Mero, ReportsThatItHasNoMemoryForMoves)
     const outcome result =
         run("ulimit -v 500000; exec " VIMBO_MERO " -S -r " + place.file("source"));
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.output.find("not enough memory for the moves"), std::string::npos)
-        << result.output;
+    EXPECT_TRUE(holds(result.output, "not enough memory for the moves"));
 }
 #endif
 
@@ -326,7 +415,7 @@ TEST_F(Mero, ReportsThatASourceTakesTooMuchMemory)
 {
     const outcome result = evaluate("-S", "string.rep('x', 0x7fffffff)");
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.output.find("not enough memory"), std::string::npos) << result.output;
+    EXPECT_TRUE(holds(result.output, "not enough memory"));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "app/command_line.hpp"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <memory>
 #include <string>
@@ -28,7 +27,6 @@ outcome read(std::vector<std::string> arguments)
         pointers.push_back(argument.data());
     outcome result;
     result.app = std::make_unique<app_state>();
-    optind = 0; // getopt starts over
     testing::internal::CaptureStderr();
     result.accepted =
         vimbo::read_command_line(*result.app, static_cast<int>(pointers.size()), pointers.data());
@@ -77,11 +75,27 @@ TEST(CommandLine, MultipliesNumbersThatAShortExtentDoesNotReach)
 
 TEST(CommandLine, KeepsTheLastOfAnOptionGivenTwice)
 {
-    const outcome result = read({"-w", "640,480", "-s", "a", "-w", "800,600", "-s", "b"});
+    const outcome result = read({"-w", "640,480", "-s", "a", "-t", "the first one", "-w", "800,600",
+                                 "-s", "b", "-t", "last"});
     ASSERT_TRUE(result.accepted);
     EXPECT_EQ(result.app->frame.window_width, 800);
     EXPECT_EQ(result.app->frame.window_height, 600);
     EXPECT_STREQ(result.app->bar.source_directory, "b");
+    EXPECT_STREQ(result.app->mosaic.tray_directory, "last");
+}
+
+TEST(CommandLine, TakesAnExtentGivenTwiceOnTopOfTheFirst)
+{
+    constexpr std::uint32_t unit = 256000;
+    const outcome result = read({"-e", "50,60,7", "-e", "20"});
+    ASSERT_TRUE(result.accepted);
+    EXPECT_EQ(result.app->tray.width, 20 * 256000);
+    EXPECT_EQ(result.app->tray.height, static_cast<std::int32_t>(60 * unit * unit));
+    EXPECT_EQ(result.app->tray.corner_radius, static_cast<std::int32_t>(7 * unit * unit));
+    const outcome whole = read({"-e", "50,60,7", "-e", "20,30,4"});
+    ASSERT_TRUE(whole.accepted);
+    EXPECT_EQ(whole.app->tray.height, 30 * 256000);
+    EXPECT_EQ(whole.app->tray.corner_radius, 4 * 256000);
 }
 
 TEST(CommandLine, TakesAnySizeUnchecked)

@@ -2,11 +2,12 @@
 
 #include "tests/support/child_watch.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/special_file.hpp"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -30,10 +31,9 @@ TEST(RegularFile, IsOpenedWithItsSize)
 TEST(RegularFile, IsTheOnlyKindThatIsOpened)
 {
     const scratch_directory place;
-    ASSERT_EQ(mkfifo(place.file("pipe").c_str(), 0600), 0);
     const std::size_t before = rig::open_descriptors(getpid());
     std::uint64_t size = 0;
-    for (const std::string &path : {place.path().string(), place.file("pipe"),
+    for (const std::string &path : {place.path().string(), rig::special_file(place),
                                     place.file("missing"), std::string("/dev/null"), std::string()})
         EXPECT_EQ(vimbo::open_regular_file(path.c_str(), size), nullptr) << path;
     EXPECT_EQ(rig::open_descriptors(getpid()), before);
@@ -48,6 +48,22 @@ TEST(Directory, IsMadeOneLevelAtATime)
     EXPECT_FALSE(vimbo::make_directory(place.file("a").c_str())) << "it is there already";
 }
 
+TEST(NewFile, HasThePermissionsThatTheUserGrantsByDefault)
+{
+    using std::filesystem::perms;
+    const scratch_directory place;
+    const mode_t before = umask(027);
+    EXPECT_TRUE(vimbo::overwrite_file(place.file("a").c_str(), "", vimbo::link_use::followed));
+    EXPECT_TRUE(vimbo::overwrite_file(place.file("b").c_str(), "", vimbo::link_use::replaced));
+    EXPECT_TRUE(vimbo::make_directory(place.file("c").c_str()));
+    umask(before);
+    constexpr perms of_a_file = perms::owner_read | perms::owner_write | perms::group_read;
+    constexpr perms of_a_directory = of_a_file | perms::owner_exec | perms::group_exec;
+    EXPECT_EQ(std::filesystem::status(place.file("a")).permissions(), of_a_file);
+    EXPECT_EQ(std::filesystem::status(place.file("b")).permissions(), of_a_file);
+    EXPECT_EQ(std::filesystem::status(place.file("c")).permissions(), of_a_directory);
+}
+
 TEST(RemoveFile, RemovesFilesOnly)
 {
     const scratch_directory place;
@@ -55,31 +71,8 @@ TEST(RemoveFile, RemovesFilesOnly)
     EXPECT_TRUE(vimbo::remove_file(place.file("a").c_str()));
     EXPECT_FALSE(vimbo::path_exists(place.file("a").c_str()));
     EXPECT_FALSE(vimbo::remove_file(place.file("a").c_str()));
-    EXPECT_FALSE(vimbo::remove_file(place.path().c_str()));
-    EXPECT_TRUE(vimbo::path_exists(place.path().c_str()));
-}
-
-TEST(TemporaryDirectory, EndsInASeparatorAndIsNeverCut)
-{
-    char path[261];
-    ASSERT_TRUE(vimbo::temporary_directory(path));
-    EXPECT_STREQ(path, "/tmp/");
-    char exact[6];
-    EXPECT_TRUE(vimbo::temporary_directory(exact));
-    char small[5] = "full";
-    EXPECT_FALSE(vimbo::temporary_directory(small));
-    EXPECT_STREQ(small, "");
-}
-
-TEST(ExecutableDirectory, IsWhereThisTestLies)
-{
-    char path[4096];
-    ASSERT_TRUE(vimbo::executable_directory(path));
-    EXPECT_EQ(std::filesystem::path(path),
-              std::filesystem::read_symlink("/proc/self/exe").parent_path());
-    char small[4] = "ful";
-    EXPECT_FALSE(vimbo::executable_directory(small));
-    EXPECT_STREQ(small, "");
+    EXPECT_FALSE(vimbo::remove_file(place.path().string().c_str()));
+    EXPECT_TRUE(vimbo::path_exists(place.path().string().c_str()));
 }
 
 } // namespace

@@ -31,7 +31,7 @@ protected:
 
     void bake(const char *path)
     {
-        font = vimbo::add_font(&atlas, path);
+        font = vimbo::add_font(&atlas, path, vimbo::font_height);
         ASSERT_NE(font, nullptr);
         int width = 0;
         int height = 0;
@@ -69,14 +69,16 @@ TEST_F(Font, IsSixteenPixelsHigh)
     EXPECT_EQ(font->handle.height, 16);
 }
 
-TEST_F(Font, ShowsControlCharactersAsBlankSpace)
+TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const nk_rune character : {nk_rune{'\t'}, nk_rune{'\r'}}) {
-        EXPECT_EQ(glyph(character).codepoint, character);
-        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance);
-        EXPECT_EQ(glyph(character).w, glyph(' ').w);
+    for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
+        const int code = character;
+        const float blanks = character == '\t' ? 4 : 1;
+        EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << code;
+        EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
     }
 }
 
@@ -87,7 +89,8 @@ TEST_F(Font, IsAbsentWhereTheFileIsNoFont)
     rig::write_file(place.file("short"), "OT");
     rig::write_file(place.file("empty"), "");
     for (const char *name : {"text", "short", "empty", "missing"})
-        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str()), nullptr) << name;
+        EXPECT_EQ(vimbo::add_font(&atlas, place.file(name).c_str(), vimbo::font_height), nullptr)
+            << name;
 }
 
 std::uint32_t number_at(std::string_view bytes, std::size_t at, int size)
@@ -160,8 +163,10 @@ TEST_F(FontFile, IsAcceptedUndamaged)
 
 TEST_F(FontFile, IsRefusedWhenItIsCutAnywhere)
 {
-    for (const std::size_t length : {0UL, 3UL, 4UL, 11UL, 12UL, 27UL, 28UL, 200UL, 1000UL,
-                                     whole.size() / 3, whole.size() / 2, whole.size() - 1000})
+    for (const std::size_t length :
+         {std::size_t{0}, std::size_t{3}, std::size_t{4}, std::size_t{11}, std::size_t{12},
+          std::size_t{27}, std::size_t{28}, std::size_t{200}, std::size_t{1000}, whole.size() / 3,
+          whole.size() / 2, whole.size() - 1000})
         EXPECT_FALSE(is_taken(whole.substr(0, length))) << length;
     for (const table &each : tables)
         for (const std::size_t length : {each.offset, each.offset + each.length - 1})
@@ -172,7 +177,7 @@ TEST_F(FontFile, IsRefusedWithAByteChangedInATableThatIsRead)
 {
     for (const std::string_view tag : {"cmap", "glyf", "hhea", "hmtx", "loca", "maxp"})
         for (const std::size_t place_in :
-             {0UL, table_of(tag).length / 2, table_of(tag).length - 1}) {
+             {std::size_t{0}, table_of(tag).length / 2, table_of(tag).length - 1}) {
             std::string damaged = whole;
             damaged[table_of(tag).offset + place_in] ^= 0x10;
             EXPECT_FALSE(is_taken(damaged)) << tag << " at " << place_in;

@@ -56,6 +56,16 @@ protected:
         return {context.input.keyboard.text,
                 static_cast<std::size_t>(context.input.keyboard.text_len)};
     }
+    // Of as many layouts as it takes until nothing waits.
+    std::string all_text()
+    {
+        std::string all;
+        for (int i = 0; i < most_layouts && has_input(*queue); ++i) {
+            layout();
+            all += text();
+        }
+        return all;
+    }
     bool pressed(nk_keys code) const
     {
         return nk_input_is_key_pressed(&context.input, code) != 0;
@@ -193,11 +203,108 @@ TEST_F(Input, AddsWheelNotchesUp)
     EXPECT_EQ(context.input.mouse.scroll_delta.y, 0);
 }
 
+TEST_F(Input, TellsShiftAndControlAsTheyWereAtTheKeyTheButtonAndTheWheel)
+{
+    const auto held = [this](nk_keys modifier) {
+        return context.input.keyboard.keys[modifier].down != nk_false;
+    };
+    queue_input(*queue, {input_kind::scroll, false, true, 0, 0, 1});
+    queue_input(*queue, {input_kind::scroll, false, false, 0, 0, 1});
+    queue_input(*queue, {input_kind::button, true, true, NK_BUTTON_LEFT, 1, 1});
+    queue_input(*queue, {input_kind::key, true, false, NK_KEY_BACKSPACE, 0, 0, true});
+    queue_input(*queue, {input_kind::key, true, false, NK_KEY_BACKSPACE, 0, 0, false});
+    layout();
+    EXPECT_TRUE(held(NK_KEY_SHIFT));
+    EXPECT_EQ(context.input.mouse.scroll_delta.y, 1);
+    layout();
+    EXPECT_FALSE(held(NK_KEY_SHIFT));
+    layout();
+    EXPECT_TRUE(held(NK_KEY_SHIFT));
+    EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_LEFT));
+    layout();
+    EXPECT_TRUE(held(NK_KEY_CTRL));
+    EXPECT_FALSE(held(NK_KEY_SHIFT));
+    layout();
+    EXPECT_FALSE(held(NK_KEY_CTRL));
+    EXPECT_TRUE(pressed(NK_KEY_BACKSPACE));
+}
+
+TEST_F(Input, TellsAPressSoonAfterAnotherByTheDoubleButton)
+{
+    button(true, 10, 20);
+    button(false, 10, 20);
+    queue_input(*queue, {input_kind::button, true, false, NK_BUTTON_LEFT, 10, 20, false, true});
+    button(false, 10, 20);
+    const bool doubled[] = {false, false, true, false};
+    for (const bool wanted : doubled) {
+        layout();
+        EXPECT_EQ(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_DOUBLE) != 0, wanted);
+    }
+    EXPECT_FALSE(nk_input_is_mouse_down(&context.input, NK_BUTTON_DOUBLE));
+}
+
+TEST_F(Input, GoesToTheEndsOfWhatScrollsByTheEndsOfALineOrTheText)
+{
+    for (const auto &[code, end] : {std::pair(NK_KEY_TEXT_START, NK_KEY_SCROLL_START),
+                                    std::pair(NK_KEY_TEXT_LINE_START, NK_KEY_SCROLL_START),
+                                    std::pair(NK_KEY_TEXT_END, NK_KEY_SCROLL_END),
+                                    std::pair(NK_KEY_TEXT_LINE_END, NK_KEY_SCROLL_END)}) {
+        key(code);
+        layout();
+        EXPECT_TRUE(pressed(end)) << code;
+    }
+}
+
 TEST_F(Input, LosesOnlyWhatIsBeyondItsCapacity)
 {
+    // In no order of the alphabet's length, so that what is missing shows.
+    std::string typed;
     for (std::size_t i = 0; i < input_capacity + 10; ++i)
-        type("a");
+        typed += static_cast<char>('a' + i * i % 23);
+    type(typed);
     EXPECT_EQ(queue->count, input_capacity);
+    const std::string arrived = all_text();
+    EXPECT_EQ(arrived.size(), input_capacity);
+    EXPECT_TRUE(typed.starts_with(arrived)) << "what arrived is not what was typed first";
+    type("after it");
+    EXPECT_EQ(all_text(), "after it") << "the queue takes input again";
+}
+
+TEST_F(Input, LeavesTextBehindEnterForTheNextLayout)
+{
+    type("a");
+    key(NK_KEY_ENTER);
+    type("b");
+    layout();
+    EXPECT_EQ(text(), "a");
+    EXPECT_TRUE(pressed(NK_KEY_ENTER));
+    layout();
+    EXPECT_EQ(text(), "b");
+    EXPECT_FALSE(pressed(NK_KEY_ENTER));
+}
+
+TEST_F(Input, HoldsNoKeyDownInTheLayoutAfter)
+{
+    key(NK_KEY_BACKSPACE, true);
+    layout();
+    EXPECT_TRUE(context.input.keyboard.keys[NK_KEY_BACKSPACE].down);
+    layout();
+    EXPECT_FALSE(context.input.keyboard.keys[NK_KEY_BACKSPACE].down);
+    EXPECT_FALSE(context.input.keyboard.keys[NK_KEY_SHIFT].down);
+}
+
+TEST_F(Input, ScrollsToTheEndsWithTheKeysThatGoThere)
+{
+    key(NK_KEY_TEXT_START);
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_TEXT_START));
+    EXPECT_TRUE(pressed(NK_KEY_SCROLL_START)) << "what scrolls stays where it was";
+    EXPECT_FALSE(pressed(NK_KEY_SCROLL_END));
+    key(NK_KEY_TEXT_END);
+    layout();
+    EXPECT_TRUE(pressed(NK_KEY_TEXT_END));
+    EXPECT_TRUE(pressed(NK_KEY_SCROLL_END)) << "what scrolls stays where it was";
+    EXPECT_FALSE(pressed(NK_KEY_SCROLL_START));
 }
 
 } // namespace

@@ -129,8 +129,8 @@ TEST(EvaluatorsReader, PassesEveryExitStatusOn)
 {
     for (const int code : {0, 1, 3, 127})
         EXPECT_EQ(evaluate(stub("say x exit " + std::to_string(code))).status, code);
-    EXPECT_EQ(evaluate(stub("say x exit 255")).status, -1);
-    EXPECT_EQ(evaluate(stub("say x die 15")).status, -1);
+    EXPECT_EQ(evaluate(stub("say x exit -1")).status, -1);
+    EXPECT_EQ(evaluate(stub("say x die 15")).status, status_of_killed(15));
     EXPECT_EQ(evaluate(stub("say x die 15")).text, "x\n");
 }
 
@@ -209,7 +209,7 @@ TEST_F(StatisticsReader, KeepsAllOldValuesOfASilentToolAndOfWords)
     EXPECT_EQ(measure(stub("exit 1")), fifty(0.25F));
     EXPECT_EQ(measure(stub("say 'no mosaic here' exit 1")), fifty(0.25F));
     EXPECT_EQ(measure(stub("die 9")), fifty(0.25F));
-    EXPECT_EQ(measure("no-such-tool-anywhere 2>/dev/null"), fifty(0.25F));
+    EXPECT_EQ(measure(missing_tool()), fifty(0.25F));
 }
 
 TEST_F(StatisticsReader, ReadsAnUnfinishedNumberAsFarAsItGoes)
@@ -241,8 +241,18 @@ TEST_F(StatisticsReader, ReadsNothingBehindTheFiftiethNumber)
 TEST_F(StatisticsReader, LeavesAToolThatLivesOn)
 {
     const scratch_directory place;
-    EXPECT_EQ(measure(stub("numbers 50 0.5 shut await " + place.file("go"))), fifty(0.5F));
     EXPECT_EQ(measure(stub("numbers 50 0.75 say next await " + place.file("go"))), fifty(0.75F));
+    write_file(place.file("go"), "");
+    EXPECT_TRUE(wait_until([] {
+        vimbo::collect_released_commands();
+        return children_of(getpid()) == 0;
+    }));
+}
+
+TEST_F(StatisticsReader, LeavesAToolThatClosedItsOutput)
+{
+    const scratch_directory place;
+    EXPECT_EQ(measure(stub("numbers 50 0.5 shut await " + place.file("go"))), fifty(0.5F));
     write_file(place.file("go"), "");
     EXPECT_TRUE(wait_until([] {
         vimbo::collect_released_commands();

@@ -1,5 +1,7 @@
 #include "stats/stats_run.hpp"
 
+#include "tests/support/scratch.hpp"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -13,7 +15,9 @@ using vimbo::stats_value_count;
 
 std::vector<float> values_of(const std::string &output)
 {
-    FILE *stream = fmemopen(const_cast<char *>(output.data()), output.size(), "r");
+    const rig::scratch_directory place;
+    rig::write_file(place.file("output"), output);
+    FILE *stream = std::fopen(place.file("output").c_str(), "rb");
     const auto *values = static_cast<const float *>(vimbo::stats_reader(stream));
     std::fclose(stream);
     return {values, values + stats_value_count};

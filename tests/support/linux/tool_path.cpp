@@ -11,12 +11,12 @@ tool_path::tool_path()
 {
     const char *path = std::getenv("PATH");
     previous = path != nullptr ? path : "";
-    setenv("PATH", (folder() + ':' + previous).c_str(), 1);
+    set_variable("PATH", folder() + ':' + previous);
 }
 
 tool_path::~tool_path()
 {
-    setenv("PATH", previous.c_str(), 1);
+    set_variable("PATH", previous);
 }
 
 void tool_path::put(std::string_view name, std::string_view actions) const
@@ -25,6 +25,11 @@ void tool_path::put(std::string_view name, std::string_view actions) const
     // Renamed into place, so that nobody reads half a list.
     write_script(place.file(name), "printf '%s\\n' \"$@\" >" + noted + ".new\nmv " + noted +
                                        ".new " + noted + '\n' + stub(std::string(actions)) + '\n');
+}
+
+void tool_path::take_away(std::string_view name) const
+{
+    std::filesystem::remove(place.file(name));
 }
 
 std::string tool_path::arguments_of(std::string_view name) const

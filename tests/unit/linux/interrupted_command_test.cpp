@@ -59,6 +59,22 @@ protected:
     const scratch_directory place;
 };
 
+// The side that closes it, in the same way.
+TEST_F(InterruptedReader, StaysWithAToolThatIsClosedBeforeItsEnd)
+{
+    FILE *stream = vimbo::open_command(stub("shut await " + place.file("go") + " exit 3").c_str());
+    ASSERT_NE(stream, nullptr);
+    int status = -2;
+    std::thread closer([&] { status = vimbo::close_command(stream); });
+    EXPECT_TRUE(wait_until([&] {
+        pthread_kill(closer.native_handle(), SIGUSR1);
+        return signals_taken >= 20;
+    }));
+    write_file(place.file("go"), "");
+    closer.join();
+    EXPECT_EQ(status, 3) << "a signal ended the waiting for the tool's own status";
+}
+
 TEST_F(InterruptedReader, StaysWithAToolThatIsSilent)
 {
     EXPECT_EQ(interrupted("await " + place.file("go") + " say late exit 3"), "late\n");

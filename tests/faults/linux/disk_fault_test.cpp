@@ -2,6 +2,8 @@
 // files that the evaluator is handed: what stood there stays, the operator is
 // told, and the panels are as they were.
 #include "tests/faults/fault_rig.hpp"
+#include "tests/faults/linux/failing_disk.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/wait.hpp"
 
 #include "sources/text_file.hpp"
@@ -91,7 +93,7 @@ TEST_P(FailingDisk, LeavesTheEvaluatorAnOlderTextWhichIsReported)
     disk.fail();
     EXPECT_EQ(run_and_complaint("Evaluate"), "error: unable to write " + on_disk("vimbo") + ".\n");
     const std::string shown = evaluation.eval_text;
-    EXPECT_NE(shown.find("\nan older text\nStatus: uknown.\n"), std::string::npos) << shown;
+    EXPECT_TRUE(holds(shown, "\nan older text\nStatus: uknown.\n"));
     expect_as_before();
 }
 
@@ -105,8 +107,7 @@ TEST_P(FailingDisk, UnderTheMosaicsIsReportedByTheTool)
     disk.fail();
     EXPECT_EQ(run_and_complaint("Integrate"), "");
     const std::string shown = panels.app().evaluation.eval_text;
-    EXPECT_NE(shown.find("\nno " + tray + "/_mosaics/0.mmv\n\nStatus: error.\n"), std::string::npos)
-        << shown;
+    EXPECT_TRUE(holds(shown, "\nno " + tray + "/_mosaics/0.mmv\n\nStatus: error.\n"));
     expect_as_before();
 }
 
@@ -195,7 +196,7 @@ protected:
     void expect_shown(const std::string &output)
     {
         const std::string shown = panels.app().evaluation.eval_text;
-        EXPECT_NE(shown.find("." + output + "\nStatus: uknown.\n"), std::string::npos) << shown;
+        EXPECT_TRUE(holds(shown, "." + output + "\nStatus: uknown.\n"));
     }
 
     void expect_handed_over()

@@ -1,0 +1,66 @@
+#include "platform/window_system.hpp"
+
+#include <GLFW/glfw3.h>
+
+namespace vimbo
+{
+
+#ifdef GLFW_PLATFORM
+
+namespace
+{
+
+// What the desktop prefers has been told to have failed; that the other one is not
+// there either is no news.
+bool start_quietly(int platform)
+{
+    const GLFWerrorfun told = glfwSetErrorCallback(nullptr);
+    glfwInitHint(GLFW_PLATFORM, platform);
+    const bool started = glfwInit() == GLFW_TRUE;
+    glfwSetErrorCallback(told);
+    return started;
+}
+
+} // namespace
+
+bool start_window_system()
+{
+    return glfwInit() == GLFW_TRUE || start_quietly(GLFW_PLATFORM_X11) ||
+           start_quietly(GLFW_PLATFORM_WAYLAND);
+}
+
+bool start_other_window_system()
+{
+    const int other =
+        glfwGetPlatform() == GLFW_PLATFORM_X11 ? GLFW_PLATFORM_WAYLAND : GLFW_PLATFORM_X11;
+    glfwTerminate();
+    return start_quietly(other);
+}
+
+#else
+
+// This GLFW was built for one window system.
+
+bool start_window_system()
+{
+    return glfwInit() == GLFW_TRUE;
+}
+
+bool start_other_window_system()
+{
+    glfwTerminate();
+    return false;
+}
+
+#endif
+
+void hint_window_name(const char *name)
+{
+    glfwWindowHintString(GLFW_X11_CLASS_NAME, name);
+    glfwWindowHintString(GLFW_X11_INSTANCE_NAME, name);
+#ifdef GLFW_WAYLAND_APP_ID
+    glfwWindowHintString(GLFW_WAYLAND_APP_ID, name);
+#endif
+}
+
+} // namespace vimbo

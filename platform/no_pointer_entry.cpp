@@ -1,0 +1,14 @@
+// For window systems of which GLFW tells where the pointer comes in.
+#include "platform/window_system.hpp"
+
+namespace vimbo
+{
+
+void watch_pointer_entry(GLFWwindow * /*window*/,
+                         void (* /*entered*/)(GLFWwindow *window, double x, double y))
+{
+}
+
+void unwatch_pointer_entry() {}
+
+} // namespace vimbo
