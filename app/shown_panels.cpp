@@ -49,16 +49,12 @@ pixel_edges whole_window(const frame_state &frame)
 pixel_edges edges_of(const window_rect &rect, const frame_state &frame)
 {
     const pixel_edges window = whole_window(frame);
-    const auto before = [](int at, float ratio) {
-        return static_cast<GLint>(std::floor(static_cast<float>(at) * ratio));
-    };
-    const auto behind = [](int at, float ratio) {
-        return static_cast<GLint>(std::ceil(static_cast<float>(at) * ratio));
-    };
-    return {before(rect.left, frame.ratio.x),
-            std::max(window.top - behind(rect.bottom, frame.ratio.y), 0),
-            std::min(behind(rect.right, frame.ratio.x), window.right),
-            window.top - before(rect.top, frame.ratio.y)};
+    const struct nk_rect pixels = in_pixels(
+        nk_recti(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top), frame.ratio);
+    return {static_cast<GLint>(pixels.x),
+            std::max(window.top - static_cast<GLint>(std::ceil(pixels.y + pixels.h)), 0),
+            std::min(static_cast<GLint>(std::ceil(pixels.x + pixels.w)), window.right),
+            window.top - static_cast<GLint>(pixels.y)};
 }
 
 // The popup's own bounds are as high as it may become; the frame around it is
