@@ -12,6 +12,7 @@
 #include "tests/support/child_watch.hpp"
 #include "tests/support/point.hpp"
 #include "tests/support/scratch.hpp"
+#include "tests/support/tools.hpp"
 #include "tests/support/wait.hpp"
 #include "ui/fixed_text.hpp"
 #include "ui/flags.hpp"
@@ -23,6 +24,7 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace
@@ -77,10 +79,10 @@ protected:
         waits.clear();
         clock_now = 0;
         clock_step = 0;
-        nk_font_atlas *atlas = nullptr;
         app->frame.context = nk_glfw3_init(window, NK_GLFW3_DEFAULT);
-        nk_glfw3_font_stash_begin(&atlas);
-        nk_glfw3_font_stash_end();
+        testing::internal::CaptureStderr(); // whether there is a font does not count here
+        vimbo::bake_font(app->frame.context, app->font, app->frame.ratio);
+        testing::internal::GetCapturedStderr();
         app->path_program = vimbo::build_path_program();
         app->bar.source_directory = sources.c_str();
         vimbo::set_text(app->mosaic.tray_directory, place.path().string());
@@ -156,6 +158,17 @@ protected:
         return found;
     }
 
+    // What is kept of the panels is no longer what they look like: a frame that comes
+    // from there shows it.
+    void spoil_copy() const
+    {
+        glBindFramebuffer(GL_FRAMEBUFFER, app->panels.copy.framebuffer);
+        glClearColor(1, 0, 1, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
+
+    static constexpr colour spoilt = {255, 0, 255};
     static constexpr point quit_button = {24, 24};
     // The "-" below the editor while it fills the window.
     static constexpr point bottom_toggle = {window_width / 2, window_height - 40};
@@ -188,6 +201,18 @@ TEST_F(MainLoop, WaitsNoLongerThanAThirtiethOfASecond)
         EXPECT_LE(wait, 1.0 / 30 + 1e-9);
         EXPECT_GE(wait, 1.0 / 60) << "it hardly waits at all";
     }
+}
+
+TEST_F(MainLoop, WaitsForWhatIsLeftOfTheFramesTime)
+{
+    constexpr double work = 0.02;
+    run([&](int frame) {
+        clock_now += frame == 5 ? 1.0 : work;
+        return frame == 9;
+    });
+    ASSERT_EQ(waits.size(), 9U) << "the frame after the one of a second waits as well";
+    for (std::size_t i = 1; i < waits.size(); ++i)
+        EXPECT_NEAR(waits[i], 1.0 / 30 - work, 1e-6) << "wait " << i;
 }
 
 TEST_F(MainLoop, TakesAllInputOfAFrameInThatFrame)
@@ -282,15 +307,11 @@ TEST_F(MainLoop, LoadsTheMosaicBeforeTheFrameDrawsIt)
 
 TEST_F(MainLoop, DrawsAnExposedWindowAnew)
 {
-    constexpr colour spoilt = {255, 0, 255};
     run([&](int frame) {
         switch (frame) {
-        case 3: // what is kept is no longer what the panels look like
+        case 3:
             EXPECT_TRUE(app->panels.copied) << "three frames alike";
-            glBindFramebuffer(GL_FRAMEBUFFER, app->panels.copy.framebuffer);
-            glClearColor(1, 0, 1, 1);
-            glClear(GL_COLOR_BUFFER_BIT);
-            glBindFramebuffer(GL_FRAMEBUFFER, 0);
+            spoil_copy();
             break;
         case 4:
             EXPECT_GT(count(spoilt), 1000) << "the frame did not come from the copy";
@@ -320,12 +341,17 @@ TEST_F(MainLoop, ForgetsAListThatClosesBetweenTheLayoutsOfAFrame)
         case 4:
             EXPECT_GT(app->panels.popup.w, 0) << "the click opened no list";
             // Open in the frame's first layouts, which nobody sees, and closed in its
-            // last: the commands of the open one, left standing, lead in a circle.
+            // last: left standing, it leads that one's commands another way.
             press_keys(3);
             click(elsewhere);
             break;
+        case 5:
+            spoil_copy();
+            break;
         case 6:
             EXPECT_EQ(app->panels.popup.w, 0) << "the list is still drawn";
+            EXPECT_GT(count(spoilt), 1000)
+                << "drawn anew: frame 5 had other commands, though nothing has changed since";
             break;
         default:
             break;
@@ -336,17 +362,20 @@ TEST_F(MainLoop, ForgetsAListThatClosesBetweenTheLayoutsOfAFrame)
 
 TEST_F(MainLoop, CollectsCommandsThatWereReleased)
 {
-    FILE *stream = vimbo::open_command("exec sleep 0.2");
+    const scratch_directory signs;
+    const std::size_t others = children_of(getpid()); // what the display takes
+    FILE *stream = vimbo::open_command(stub("await " + signs.file("go")).c_str());
     ASSERT_NE(stream, nullptr);
     vimbo::release_command(stream);
-    ASSERT_EQ(children_of(getpid()), 2U) << "the X server and the command";
+    ASSERT_EQ(children_of(getpid()), others + 1);
+    write_file(signs.file("go"), "");
     const auto start = std::chrono::steady_clock::now();
     run([&](int /*frame*/) {
-        usleep(10000);
-        return children_of(getpid()) == 1 ||
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        return children_of(getpid()) == others ||
                std::chrono::steady_clock::now() - start > std::chrono::seconds(8);
     });
-    EXPECT_EQ(children_of(getpid()), 1U) << "an ended command is left as a zombie";
+    EXPECT_EQ(children_of(getpid()), others) << "an ended command is left as a zombie";
 }
 
 } // namespace

@@ -65,6 +65,22 @@ protected:
         EXPECT_LE(drawn->bounds.y + drawn->bounds.h, area.y + area.h)
             << '"' << line << "\" ends below the editor";
     }
+    // Less than a row that is not seen whole, and the frame, lies below it.
+    void expect_no_row_below(const std::string &line)
+    {
+        const struct nk_rect area = box();
+        const auto drawn = std::ranges::find(panels.texts(), line, &drawn_text::text)->bounds;
+        const nk_style &style = panels.app().frame.context->style;
+        EXPECT_LT(area.y + area.h - drawn.y - drawn.h,
+                  2 * (style.font->height + style.edit.row_padding))
+            << "rows are left below \"" << line << '"';
+    }
+    int cursor_row()
+    {
+        const std::string text = shown();
+        return static_cast<int>(
+            std::count(text.begin(), text.begin() + editor().source_edit.cursor, '\n'));
+    }
     // "line 0" to the last one, which has no line feed.
     static std::string numbered_lines(int count)
     {
@@ -248,9 +264,7 @@ TEST_F(SourceEditor, ShowsTheCursorsWholeRowAtTheEdgeThatItMovesTo)
     click_into();
     press(NK_KEY_TEXT_END);
     expect_whole_line("line 99");
-    const auto last = std::ranges::find(panels.texts(), "line 99", &drawn_text::text)->bounds;
-    // Less than a row that is not seen whole, and the frame.
-    EXPECT_LT(box().y + box().h - last.y - last.h, 2 * last.h) << "rows are left below it";
+    expect_no_row_below("line 99");
     for (int row = 98; row >= 0; --row) {
         press(NK_KEY_UP);
         expect_whole_line("line " + std::to_string(row));
@@ -258,6 +272,26 @@ TEST_F(SourceEditor, ShowsTheCursorsWholeRowAtTheEdgeThatItMovesTo)
     for (int row = 1; row < 100; ++row) {
         press(NK_KEY_DOWN);
         expect_whole_line("line " + std::to_string(row));
+    }
+}
+
+TEST_F(SourceEditor, ShowsTheCursorsWholeRowAtTheEdgeThatItJumpsTo)
+{
+    // With much and with little of a row to spare.
+    for (const int height : {1240, 1234, 1228, 1222}) {
+        panels.app().frame.window_height = height;
+        load(numbered_lines(500));
+        click_into();
+        for (int page = 0; page < 4; ++page) {
+            press(NK_KEY_SCROLL_DOWN);
+            const std::string line = "line " + std::to_string(cursor_row());
+            expect_whole_line(line);
+            expect_no_row_below(line);
+        }
+        for (int page = 0; page < 3; ++page) {
+            press(NK_KEY_SCROLL_UP);
+            expect_whole_line("line " + std::to_string(cursor_row()));
+        }
     }
 }
 
