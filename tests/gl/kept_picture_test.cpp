@@ -60,10 +60,6 @@ protected:
         expect_direct_picture(when);
     }
 };
-vimbo::preview_state preview = {};
-vimbo::mosaic_state mosaic = {};
-vimbo::kept_picture kept = {};
-};
 
 TEST_F(KeptPicture, HasThePixelsOfADirectDraw)
 {

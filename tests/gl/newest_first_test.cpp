@@ -136,10 +136,6 @@ protected:
         preview.pan_y = 0;
     }
 };
-vimbo::preview_state preview = {};
-vimbo::mosaic_state mosaic = {};
-std::unique_ptr<vimbo::kept_picture> kept = std::make_unique<vimbo::kept_picture>();
-};
 
 TEST_F(NewestFirst, HasThePixelsOfADirectDrawWhateverThePath)
 {
