@@ -1,7 +1,7 @@
 #include "sources/editor_keys.hpp"
 
 #include "sources/text_places.hpp"
-#include "ui/takes_input.hpp"
+#include "ui/take_key.hpp"
 #include "ui/utf8.hpp"
 
 #include <algorithm>
@@ -121,19 +121,6 @@ std::string_view edited_text(const nk_text_edit &edit)
 {
     const nk_buffer &buffer = edit.string.buffer;
     return {static_cast<const char *>(buffer.memory.ptr), buffer.allocated};
-}
-
-bool takes_keys(const nk_context *context)
-{
-    const nk_edit_state &edit = context->current->edit;
-    return takes_input(context) && edit.active != 0 && edit.name == edit.seq;
-}
-
-bool take_key(nk_context *context, nk_keys key)
-{
-    const bool pressed = nk_input_is_key_pressed(&context->input, key) != 0;
-    context->input.keyboard.keys[key].clicked = 0;
-    return pressed;
 }
 
 void move_by_keys(nk_context *context, nk_text_edit &edit, int rows)

@@ -149,12 +149,15 @@ void lay_out_edit(nk_context *context, nk_text_edit &edit, const editor_view &vi
     // It would select a word beside the cursor, wherever the pointer is.
     nk_mouse_button &right = seen.buttons[NK_BUTTON_RIGHT];
     const auto right_clicked = std::exchange(right.clicked, 0U);
-    if (mouse.dragging) {
+    const bool pressed_elsewhere =
+        nk_input_has_mouse_click_in_rect(&context->input, NK_BUTTON_LEFT, view.bounds) == 0;
+    if (mouse.dragging || pressed_elsewhere) {
+        // A press elsewhere would take the focus away, or go on over the text.
         left.down = nk_false;
         left.clicked = 0;
     } else if (down != nk_false && clicked == 0) {
-        // A press elsewhere that goes on over the text, as of the scrollbar, is no
-        // drag of a selection.
+        // A press of the scrollbar that goes on over the text is no drag of a
+        // selection.
         seen.pos.x = std::max(seen.pos.x, view.scrollbar_left);
     }
     nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);

@@ -25,7 +25,7 @@ void follow_mouse(nk_context *context, nk_text_edit &edit, const editor_view &vi
                   editor_mouse &mouse, float seconds);
 
 /// Lays the box out; the toolkit then sees of the mouse only what it does to the
-/// scrollbar, or outside.
+/// scrollbar.
 void lay_out_edit(nk_context *context, nk_text_edit &edit, const editor_view &view,
                   const editor_mouse &mouse);
 

@@ -2,6 +2,7 @@
 
 #include "sources/editor_keys.hpp"
 #include "ui/input_queue.hpp"
+#include "ui/take_key.hpp"
 #include "ui/utf8.hpp"
 
 #include <algorithm>

@@ -3,6 +3,9 @@
 #include "sources/editor_edits.hpp"
 #include "sources/editor_keys.hpp"
 #include "sources/editor_search.hpp"
+#include "sources/text_places.hpp"
+#include "ui/edit_focus.hpp"
+#include "ui/utf8.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -76,6 +79,25 @@ void follow_keys(nk_context *context, source_editor_state &editor, const editor_
         show_cursor(edit, view, *context->style.font);
 }
 
+// Takes up what was asked of the editor since its last layout.
+void follow_requests(nk_context *context, source_editor_state &editor, const editor_view &view)
+{
+    nk_text_edit &edit = editor.source_edit;
+    if (editor.wanted_line != 0) {
+        const std::string_view text = edited_text(edit);
+        edit.cursor = character_count(text.substr(0, line_start(text, 0, editor.wanted_line - 1)));
+        edit.select_start = edit.cursor;
+        edit.select_end = edit.cursor;
+        edit.has_preferred_x = 0;
+        show_cursor(edit, view, *context->style.font);
+    }
+    editor.wanted_line = 0;
+    if (editor.wants_focus)
+        nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
+    editor.wants_focus = false;
+    keep_focus(context, edit);
+}
+
 } // namespace
 
 void initialise_source_editor(source_editor_state &editor)
@@ -94,6 +116,12 @@ void load_source(source_editor_state &editor, const char *path)
     cover_end(editor);
 }
 
+void show_line(source_editor_state &editor, int line)
+{
+    editor.wants_focus = true;
+    editor.wanted_line = line;
+}
+
 void source_editor(frame_state &frame, source_editor_state &editor)
 {
     nk_context *context = frame.context;
@@ -101,6 +129,7 @@ void source_editor(frame_state &frame, source_editor_state &editor)
     const editor_view view = view_of(context, nk_widget_bounds(context));
 
     uncover_end(editor);
+    follow_requests(context, editor, view);
     follow_mouse(context, edit, view, editor.mouse, take_seconds(frame, editor));
     if (takes_keys(context))
         follow_keys(context, editor, view);

@@ -18,6 +18,10 @@ struct source_editor_state {
     /// always zero behind it.
     char source_text[source_capacity + 1];
     nk_text_edit source_edit;
+    /// The next layout gives the editor the focus,
+    bool wants_focus;
+    /// and puts the cursor at the beginning of this line, in view; 0 for none.
+    int wanted_line;
     /// Where a file is read before it enters the editor; keeps the last one.
     char load_buffer[source_capacity];
 
@@ -40,6 +44,9 @@ void initialise_source_editor(source_editor_state &editor);
 /// editor's: one step, which undo takes back. A file that cannot be opened brings
 /// the one read before it.
 void load_source(source_editor_state &editor, const char *path);
+
+/// Has the next layout go to a line, counted from 1, or to the last one.
+void show_line(source_editor_state &editor, int line);
 
 /// The editor, one cell of the row that is being laid out.
 void source_editor(frame_state &frame, source_editor_state &editor);

@@ -39,7 +39,8 @@ struct input_queue {
     float pointer_x, pointer_y; // as the last motion left it
     double pressed_at;          // seconds; of the left button's last press
     float pressed_x, pressed_y;
-    bool exposed; // a part of the window that was covered is seen again
+    bool entry_told; // where the pointer comes in is told apart; GLFW does not know
+    bool exposed;    // a part of the window that was covered is seen again
 };
 
 /// Appends an event; a motion replaces a motion that waits right before it.

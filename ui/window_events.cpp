@@ -2,6 +2,7 @@
 
 #include "platform/window_system.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/take_key.hpp"
 
 #include <cctype>
 #include <cmath>
@@ -33,6 +34,8 @@ nk_keys function_key(int key, bool control)
         return control ? NK_KEY_TEXT_WORD_LEFT : NK_KEY_LEFT;
     case GLFW_KEY_RIGHT:
         return control ? NK_KEY_TEXT_WORD_RIGHT : NK_KEY_RIGHT;
+    case GLFW_KEY_ESCAPE:
+        return escape_key;
     case GLFW_KEY_HOME:
         return control ? NK_KEY_TEXT_START : NK_KEY_TEXT_LINE_START;
     case GLFW_KEY_END:
@@ -139,9 +142,10 @@ void note_pointer(GLFWwindow *window)
 
 // GLFW tells of no motion outside, nor of one that it finds to end where the last
 // one did.
-void on_pointer_crossed_edge(GLFWwindow *window, int /*entered*/)
+void on_pointer_crossed_edge(GLFWwindow *window, int entered)
 {
-    note_pointer(window);
+    if (entered == GLFW_FALSE || !queue_of(window).entry_told)
+        note_pointer(window);
 }
 
 // The pointer has then another place in the window without having moved.
@@ -215,7 +219,7 @@ void watch_input(GLFWwindow *window, input_queue &queue)
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
     glfwSetWindowPosCallback(window, on_window_moved);
-    watch_pointer_entry(window, on_motion);
+    queue.entry_told = watch_pointer_entry(window, on_motion);
     note_pointer(window);
 }
 

@@ -37,7 +37,8 @@ double clock_step; // with each look at it
 
 } // namespace
 
-// The linker puts these in the place of GLFW's.
+// The linker puts these in the place of GLFW's, by these names.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void __real_glfwSwapBuffers(GLFWwindow *window);
 double __real_glfwGetTime();
@@ -63,6 +64,7 @@ void __wrap_glfwWaitEventsTimeout(double timeout)
     glfwPollEvents();
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {
@@ -100,6 +102,18 @@ protected:
         glDeleteProgram(app->path_program);
         nk_glfw3_shutdown();
         glfwSetWindowSize(window, window_width, window_height);
+    }
+
+    // A mosaic of 200 marks all over the tray.
+    void write_marks() const
+    {
+        constexpr int count = 200;
+        std::vector<vimbo::path_vertex> points;
+        points.reserve(count);
+        for (int i = 0; i < count; ++i)
+            points.push_back({i % 2 == 0 ? -9999999 : 9999999, (i - 100) * 100000 | 1});
+        std::filesystem::create_directory(place.file("_mosaics"));
+        write_file(place.file("_mosaics/0.mmv"), mosaic_bytes(points));
     }
 
     // In a window that is high enough for it.
@@ -288,12 +302,7 @@ TEST_F(MainLoop, TurnsTheSpinnerOnceAFrameHoweverManyLayoutsItTakes)
 
 TEST_F(MainLoop, LoadsTheMosaicBeforeTheFrameDrawsIt)
 {
-    // Marks all over the tray.
-    std::vector<vimbo::path_vertex> points;
-    for (int i = 0; i < 200; ++i)
-        points.push_back({i % 2 == 0 ? -9999999 : 9999999, (i - 100) * 100000 | 1});
-    std::filesystem::create_directory(place.file("_mosaics"));
-    write_file(place.file("_mosaics/0.mmv"), mosaic_bytes(points));
+    write_marks();
     show_lower_row();
     app->frame.ui_flags |= vimbo::ui_flag::preview_shown;
     int marks = 0;
@@ -303,6 +312,26 @@ TEST_F(MainLoop, LoadsTheMosaicBeforeTheFrameDrawsIt)
         return true;
     });
     EXPECT_GT(marks, 100) << "the first frame is drawn without the mosaic";
+}
+
+TEST_F(MainLoop, DrawsOnAtAPictureThatIsNotWholeInsteadOfWaiting)
+{
+    write_marks();
+    show_lower_row();
+    app->frame.ui_flags |= vimbo::ui_flag::preview_shown;
+    app->picture.pace.vertices_per_second = 1; // nothing fits into a frame
+    clock_step = 0.001;
+    bool was_unfinished = false;
+    std::size_t waited = 0;
+    run([&](int frame) {
+        const bool unfinished = vimbo::is_unfinished(app->picture);
+        was_unfinished = was_unfinished || unfinished;
+        waited = unfinished ? waits.size() : waited;
+        return frame > 2 && !unfinished;
+    });
+    EXPECT_TRUE(was_unfinished) << "the picture fitted into a frame";
+    EXPECT_LE(waited, 1U) << "it waits before the picture is whole";
+    EXPECT_GT(count(mark), 100);
 }
 
 TEST_F(MainLoop, DrawsAnExposedWindowAnew)

@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <functional>
+#include <optional>
 #include <regex>
 
 namespace
@@ -153,6 +155,29 @@ TEST_F(EvaluationPanel, KeepsTheUnitBetweenOneAndAThousand)
     EXPECT_EQ(panels.app().evaluation.unit_um, 1.0);
     drag(1000);
     EXPECT_EQ(panels.app().evaluation.unit_um, 1000.0);
+}
+
+TEST_F(EvaluationPanel, ChangesTheUnitByOneMicrometreWithItsArrows)
+{
+    panels.frame();
+    const std::optional<point> label = panels.find("Unit [µm]");
+    ASSERT_TRUE(label);
+    // The property is the one box around its label that has the rest of the row.
+    const auto boxes = panels.rectangles();
+    const auto box = std::ranges::find_if(boxes, [&](const drawn_rectangle &filled) {
+        return filled.bounds.h < 40 && filled.bounds.x < static_cast<float>(label->x) &&
+               filled.bounds.x + filled.bounds.w > static_cast<float>(label->x) &&
+               filled.bounds.y < static_cast<float>(label->y) &&
+               filled.bounds.y + filled.bounds.h > static_cast<float>(label->y);
+    });
+    ASSERT_NE(box, boxes.end());
+    const int left = static_cast<int>(box->bounds.x) + 10;
+    const int right = static_cast<int>(box->bounds.x + box->bounds.w) - 10;
+    panels.click({right, label->y});
+    EXPECT_EQ(panels.app().evaluation.unit_um, 36);
+    panels.click({left, label->y});
+    panels.click({left, label->y});
+    EXPECT_EQ(panels.app().evaluation.unit_um, 34);
 }
 
 TEST_F(EvaluationPanel, StartsAtThirtyFiveMicrometres)

@@ -248,6 +248,33 @@ TEST_F(StatisticsPanel, LabelsTheLocalityChart)
     EXPECT_LT(panels.find("0.5")->y, panels.find("0.0")->y);
 }
 
+TEST_F(StatisticsPanel, HasItsScaleBesideTheChartFromTopToBottom)
+{
+    panels.frame();
+    const struct nk_rect area = chart();
+    const int top = panels.find("1.0")->y;
+    const int middle = panels.find("0.5")->y;
+    const int bottom = panels.find("0.0")->y;
+    EXPECT_NEAR(static_cast<float>(top), area.y, 24);
+    EXPECT_NEAR(static_cast<float>(middle), area.y + area.h / 2, 24);
+    EXPECT_NEAR(static_cast<float>(bottom), area.y + area.h, 24);
+    EXPECT_EQ(bottom - middle, middle - top) << "the gaps differ";
+    EXPECT_EQ(middle - top, 24 + 152 + 2 * 4) << "a label, a gap, and what lies between rows";
+}
+
+TEST_F(StatisticsPanel, TakesFortyNumbersAndKeepsTheOtherTenOfTheRunBefore)
+{
+    tools.put("plimb", "numbers 50 0.25");
+    ASSERT_TRUE(measure());
+    tools.put("plimb", "numbers 40 0.5");
+    ASSERT_TRUE(measure());
+    EXPECT_EQ(run().stats_locality[31], 0.5F);
+    EXPECT_EQ(run().stats_directions[7], 0.5F);
+    EXPECT_EQ(run().stats_directions[8], 0.25F);
+    EXPECT_EQ(run().stats_moves[0], 0.25F);
+    EXPECT_EQ(run().stats_moves[1], 0.25F);
+}
+
 TEST_F(StatisticsPanel, LabelsTheDirectionChart)
 {
     choose(locality, directions);

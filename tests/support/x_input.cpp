@@ -6,6 +6,7 @@
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -17,7 +18,8 @@ namespace rig
 
 void x_server::move(point to) const
 {
-    XTestFakeMotionEvent(display, -1, to.x, to.y, CurrentTime);
+    XTestFakeMotionEvent(display, -1, static_cast<int>(std::lround(to.x * unit)),
+                         static_cast<int>(std::lround(to.y * unit)), CurrentTime);
     XSync(display, False);
 }
 

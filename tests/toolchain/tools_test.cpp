@@ -9,6 +9,7 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -318,6 +319,28 @@ TEST_F(Plimb, DividesLengthAmongMarksJumpsAndDirections)
     EXPECT_NEAR(figures[32 + 15], 0.25, 1e-5) << "to the left, a little upward";
     for (std::size_t k = 0; k < 32; ++k)
         EXPECT_EQ(figures[k], 0) << "an incomplete window is left out";
+}
+
+TEST_F(Plimb, CountsADirectionBetweenTwoBinsToTheUpperOne)
+{
+    // Eight marks of one length along each axis, exactly on the edges of their bins.
+    const struct {
+        int dx, dy;
+        std::size_t bin;
+    } moves[] = {{1, 0, 8},   {1, 1, 10},  {0, 1, 12}, {-1, 1, 14},
+                 {-1, 0, 15}, {-1, -1, 2}, {0, -1, 4}, {1, -1, 6}};
+    constexpr int step = 1000000;
+    std::vector<vimbo::path_vertex> points = {{0, 1}};
+    double length = 1;
+    for (const auto &move : moves) {
+        points.push_back({points.back().x + move.dx * step, points.back().y + move.dy * step});
+        length += std::hypot(move.dx, move.dy) * step;
+    }
+    const std::vector<double> figures = numbers_of(measure(mosaic_bytes(points)).output);
+    ASSERT_EQ(figures.size(), 50U);
+    for (const auto &move : moves)
+        EXPECT_NEAR(figures[32 + move.bin], std::hypot(move.dx, move.dy) * step / length, 1e-5)
+            << "the move by " << move.dx << ',' << move.dy << " is in another bin";
 }
 
 TEST_F(Plimb, MeasuresALongPathWithoutAGapBetweenItsThreads)

@@ -78,6 +78,15 @@ TEST_F(Command, ThatIsUnknownIsIgnored)
     EXPECT_EQ(std::ferror(stdin), 0);
 }
 
+TEST_F(Command, ThatIsClosedIsUnknownFromThenOn)
+{
+    FILE *stream = vimbo::open_command("exit 3");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(vimbo::close_command(stream), 3);
+    // Known only by its address, which nothing looks behind.
+    EXPECT_EQ(vimbo::close_command(stream), -1) << "its slot keeps the closed stream";
+}
+
 TEST_F(Command, RunManyTimesLeavesNothingBehind)
 {
     for (int i = 0; i < 200; ++i) {

@@ -233,6 +233,18 @@ TEST_F(FontFile, IsRefusedWithATableBeyondItsEnd)
             }
 }
 
+TEST_F(FontFile, IsAcceptedWithATableThatEndsWithTheFile)
+{
+    for (const table &each : tables) {
+        const std::string copy = whole.substr(each.offset, each.length);
+        std::string moved = whole + copy;
+        put_number(moved, each.record + 8, static_cast<std::uint32_t>(whole.size()), 4);
+        EXPECT_TRUE(is_taken(moved)) << each.tag;
+        moved.pop_back();
+        EXPECT_FALSE(is_taken(moved)) << each.tag << ", a byte of it is missing";
+    }
+}
+
 TEST_F(FontFile, IsRefusedWithMoreTablesThanItHolds)
 {
     std::string damaged = whole;

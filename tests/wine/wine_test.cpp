@@ -16,8 +16,10 @@ using namespace rig;
 
 constexpr colour mark_colour = {255, 255, 255};
 constexpr colour outline_colour = {217, 166, 115};
-constexpr char square[] = "jump(-1000, -1000) mark(1000, -1000) mark(1000, 1000)\n"
-                          "mark(-1000, 1000) mark(-1000, -1000)\n";
+// More moves than one window of the locality curve has.
+constexpr char zigzag[] = "jump(-1000, 0)\n"
+                          "for i = 1, 100 do mark(20 * i - 1000, i % 2 * 500) end\n";
+constexpr std::size_t moves = 101;
 
 class Windows : public WineRig
 {
@@ -87,14 +89,14 @@ TEST_F(Windows, TextIsCopiedAndPasted)
 
 TEST_F(Windows, SourceIsIntegratedShownAndMeasured)
 {
-    write_file(source("square.lua"), square);
+    write_file(source("zigzag.lua"), zigzag);
     start();
     show_all();
     EXPECT_GT(count(driver->picture(), outline_colour), 100) << "the tray's outline";
-    driver->choose("--", "square.lua");
+    driver->choose("--", "zigzag.lua");
     driver->press("Integrate");
     ASSERT_TRUE(exists_after(mosaic(0)));
-    EXPECT_EQ(std::filesystem::file_size(mosaic(0)), 32U + 5 * 8);
+    EXPECT_EQ(std::filesystem::file_size(mosaic(0)), 32U + 8 * moves);
     EXPECT_TRUE(shows_marks(true));
 
     driver->choose_mosaic(3);
@@ -112,7 +114,6 @@ TEST_F(Windows, SourceIsIntegratedShownAndMeasured)
 TEST_F(Windows, EvaluationIsCancelled)
 {
     write_file(source("endless.lua"), "while true do end\n");
-    write_file(source("square.lua"), square);
     start();
     driver->show_bottom();
     driver->choose("--", "endless.lua");
@@ -123,7 +124,9 @@ TEST_F(Windows, EvaluationIsCancelled)
     std::this_thread::sleep_for(std::chrono::seconds(2));
     EXPECT_FALSE(std::filesystem::exists("/tmp/mero.end")) << "the evaluator did not see it";
     // Only when the run has ended there is a button for the next one.
-    driver->choose("endless.lua", "square.lua");
+    screen->click(driver->editor());
+    press_key("ctrl+a");
+    screen->type(U"mark(1, 1)");
     driver->press("Integrate");
     EXPECT_TRUE(exists_after(mosaic(0)));
     close_and_expect_good_end();
@@ -131,12 +134,12 @@ TEST_F(Windows, EvaluationIsCancelled)
 
 TEST_F(Windows, TrayIsChosen)
 {
-    write_file(source("square.lua"), square);
+    write_file(source("zigzag.lua"), zigzag);
     std::filesystem::create_directories(place.file("other"));
     start();
     driver->show_bottom();
     driver->show_preview();
-    driver->choose("--", "square.lua");
+    driver->choose("--", "zigzag.lua");
     driver->choose("tray", "other");
     driver->press("Integrate");
     ASSERT_TRUE(exists_after(mosaic(0, "other")));
