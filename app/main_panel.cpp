@@ -4,6 +4,10 @@
 #include "sources/tray_bar.hpp"
 #include "ui/flags.hpp"
 #include "ui/nuklear.hpp"
+#include "ui/open_list.hpp"
+#include "ui/take_key.hpp"
+
+#include <utility>
 
 namespace vimbo
 {
@@ -54,6 +58,8 @@ void lower_row(app_state &app)
     begin_body_row(frame.context, static_cast<float>(frame.window_height) - above_lower_row,
                    has_flag(frame.ui_flags, ui_flag::preview_shown));
     evaluation_panel(frame, app.evaluation, app.mosaic, app.editor.source_text);
+    if (app.evaluation.wanted_line != 0)
+        show_line(app.editor, std::exchange(app.evaluation.wanted_line, 0));
     toggle_button(frame, "|", ui_flag::preview_shown);
     if (has_flag(frame.ui_flags, ui_flag::preview_shown))
         preview_panel(frame, app.preview);
@@ -82,6 +88,8 @@ void main_panel(app_state &app)
                                                 static_cast<float>(frame.window_height));
     if (nk_begin(frame.context, "MeRo", whole_window, NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) !=
         0) {
+        if (take_key(frame.context, escape_key) && !close_open_list(frame.context))
+            leave_save_as(frame, app.bar, app.editor);
         tray_bar(frame, app.bar, app.editor, app.mosaic);
         upper_row(app);
         nk_layout_row_dynamic(frame.context, toggle_height, 1);

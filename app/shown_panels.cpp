@@ -1,10 +1,13 @@
 #include "app/shown_panels.hpp"
 
-#include "ui/draw_commands.hpp"
+#include "app/panel_damage.hpp"
 #include "ui/nuklear_backend.hpp"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <span>
 
 namespace vimbo
 {
@@ -12,26 +15,20 @@ namespace vimbo
 namespace
 {
 
-constexpr int vertex_buffer_size = 16777216;
-constexpr int element_buffer_size = 4194304;
-
-void draw_panels(nk_context *context)
+void clear_window()
 {
     glClearColor(0.7F, 0.7F, 0.7F, 1.0F);
     glClear(GL_COLOR_BUFFER_BIT);
-    nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
-    // The backend leaves each frame's draw commands where it has put them, and the
-    // next frame's behind them: kilobytes with every frame, all day long.
-    nk_buffer_clear(context->draw_list.buffer);
 }
 
-// Keeps what the window shows, upside down, as the window lies in memory: so it is
-// copied both ways without any drawing.
-void copy_from_window(offscreen &copy)
+// Keeps what a part of the window shows, upside down, as the window lies in memory:
+// so it is copied both ways without any drawing.
+void copy_from_window(offscreen &copy, const pixel_edges &part)
 {
     copy.upside_down = true;
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copy.framebuffer);
-    glBlitFramebuffer(0, 0, copy.width, copy.height, 0, copy.height, copy.width, 0,
+    glBlitFramebuffer(part.left, part.bottom, part.right, part.top, part.left,
+                      row_in(copy, part.bottom), part.right, row_in(copy, part.top),
                       GL_COLOR_BUFFER_BIT, GL_NEAREST);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
 }
@@ -39,6 +36,25 @@ void copy_from_window(offscreen &copy)
 void copy_part(const offscreen &copy, const pixel_edges &part)
 {
     copy_to_window(copy, part, part, GL_NEAREST);
+}
+
+// In pixels.
+pixel_edges whole_window(const frame_state &frame)
+{
+    return {0, 0, in_pixels(frame.window_width, frame.ratio.x),
+            in_pixels(frame.window_height, frame.ratio.y)};
+}
+
+// In pixels, those that the rectangle takes a part of as well, and from the bottom up.
+pixel_edges edges_of(const window_rect &rect, const frame_state &frame)
+{
+    const pixel_edges window = whole_window(frame);
+    const struct nk_rect pixels = in_pixels(
+        nk_recti(rect.left, rect.top, rect.right - rect.left, rect.bottom - rect.top), frame.ratio);
+    return {static_cast<GLint>(pixels.x),
+            std::max(window.top - static_cast<GLint>(std::ceil(pixels.y + pixels.h)), 0),
+            std::min(static_cast<GLint>(std::ceil(pixels.x + pixels.w)), window.right),
+            window.top - static_cast<GLint>(pixels.y)};
 }
 
 // The popup's own bounds are as high as it may become; the frame around it is
@@ -62,51 +78,107 @@ struct nk_rect popup_of(nk_context *context)
     return found;
 }
 
-// True when this layout draws what the copy shows; if not, it is noted.
-bool is_as_shown(const frame_state &frame, shown_panels &panels)
+bool copy_fits(const frame_state &frame, const shown_panels &panels)
 {
-    const nk_buffer &memory = complete_draw_commands(frame.context);
-    if (memory.allocated > sizeof panels.commands) {
-        forget_panels(panels);
+    const pixel_edges window = whole_window(frame);
+    return panels.copied && panels.copy.width == window.right && panels.copy.height == window.top;
+}
+
+bool are_as_kept(const draw_commands &commands, const kept_commands &kept)
+{
+    return kept.size == commands.memory.size() && kept.first == commands.first &&
+           std::memcmp(kept.memory, commands.memory.data(), kept.size) == 0;
+}
+
+// What these commands draw elsewise than the kept ones; the whole window where that
+// is not known.
+window_rect damage_of(const frame_state &frame, shown_panels &panels, const draw_commands &commands,
+                      bool listed)
+{
+    const window_rect window = {0, 0, frame.window_width, frame.window_height};
+    if (!copy_fits(frame, panels) || !listed || !panels.last.listed)
+        return window;
+    const draw_commands before = {std::span(panels.last.memory).first(panels.last.size),
+                                  panels.last.first};
+    return intersection(find_damage({before, panels.last.list}, {commands, panels.now}), window);
+}
+
+// False when there are too many of them; what they draw must not be copied then.
+bool keep_commands(kept_commands &kept, const draw_commands &commands, const command_list &list,
+                   bool listed)
+{
+    kept.size = 0;
+    kept.listed = false;
+    if (commands.memory.size() > sizeof kept.memory)
         return false;
-    }
-    const bool same = panels.copied &&
-                      panels.copy.width == in_pixels(frame.window_width, frame.ratio.x) &&
-                      panels.copy.height == in_pixels(frame.window_height, frame.ratio.y) &&
-                      panels.command_bytes == memory.allocated &&
-                      std::memcmp(panels.commands, memory.memory.ptr, memory.allocated) == 0;
-    panels.copied = same;
-    panels.command_bytes = memory.allocated;
-    std::memcpy(panels.commands, memory.memory.ptr, memory.allocated);
-    return same;
+    kept.size = commands.memory.size();
+    kept.first = commands.first;
+    std::memcpy(kept.memory, commands.memory.data(), kept.size);
+    kept.listed = listed;
+    kept.list.count = list.count;
+    std::copy_n(list.commands, list.count, kept.list.commands);
+    return true;
+}
+
+void draw_all(const frame_state &frame, shown_panels &panels, bool copy_wanted)
+{
+    clear_window();
+    render_backend();
+    panels.copied = false;
+    const pixel_edges window = whole_window(frame);
+    if (!copy_wanted || !fit_offscreen(panels.copy, window.right, window.top))
+        return;
+    // Copied from the window rather than drawn once more, so that both are alike.
+    copy_from_window(panels.copy, window);
+    panels.copied = true;
+}
+
+void draw_damage(const frame_state &frame, shown_panels &panels, const draw_commands &commands,
+                 const window_rect &damage)
+{
+    copy_part(panels.copy, whole_window(frame));
+    const pixel_edges part = edges_of(damage, frame);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
+    clear_window();
+    drop_commands_beside(commands, panels.now, damage);
+    render_backend_within(part.left, part.bottom, part.right, part.top);
+    copy_from_window(panels.copy, part);
+}
+
+// Beyond half of the window the copies cost more than they spare.
+bool is_most_of(const frame_state &frame, const window_rect &rect)
+{
+    const std::int64_t width = rect.right - rect.left;
+    const std::int64_t height = rect.bottom - rect.top;
+    return 2 * width * height > std::int64_t{frame.window_width} * frame.window_height;
 }
 
 } // namespace
 
 void forget_panels(shown_panels &panels)
 {
-    panels.command_bytes = 0;
+    panels.last.size = 0;
     panels.copied = false;
 }
 
 void render_panels(const frame_state &frame, shown_panels &panels)
 {
-    const GLsizei width = in_pixels(frame.window_width, frame.ratio.x);
-    const GLsizei height = in_pixels(frame.window_height, frame.ratio.y);
-    const bool first = panels.command_bytes == 0;
+    const bool first = panels.last.size == 0;
     panels.popup = in_pixels(popup_of(frame.context), frame.ratio);
-    if (is_as_shown(frame, panels)) {
+    const draw_commands commands = complete_draw_commands(frame.context);
+    if (copy_fits(frame, panels) && are_as_kept(commands, panels.last)) {
         nk_clear(frame.context);
-        copy_part(panels.copy, {0, 0, width, height});
+        copy_part(panels.copy, whole_window(frame));
         return;
     }
-    draw_panels(frame.context);
-    // The program's first frame is waited for; the second will be copied.
-    if (first || panels.command_bytes == 0 || !fit_offscreen(panels.copy, width, height))
-        return;
-    // Copied from the window rather than drawn once more, so that both are alike.
-    copy_from_window(panels.copy);
-    panels.copied = true;
+    const bool listed = list_commands(panels.now, commands);
+    const window_rect damage = damage_of(frame, panels, commands, listed);
+    const bool kept = keep_commands(panels.last, commands, panels.now, listed);
+    if (!is_most_of(frame, damage))
+        draw_damage(frame, panels, commands, damage);
+    else
+        draw_all(frame, panels, kept && !first); // the program's first frame is waited for
 }
 
 void render_popup_again(const shown_panels &panels)

@@ -84,6 +84,7 @@ GLFWwindow *create_window(frame_state &frame)
         std::fputs("Failed to create the window\n", stderr);
         return nullptr;
     }
+    show_frames_at_once();
     read_window_size(window, frame);
     glewExperimental = GL_TRUE;
     if (!has_gl_functions(glewInit())) {

@@ -24,7 +24,7 @@ using namespace bench;
 constexpr int repetitions = 5;
 
 struct figures {
-    double rest_work, rest_interval, replay_interval;
+    double rest_work, rest_interval, replay;
     double hover_work, typing_work;
     double longest, until_true;
 };
@@ -54,29 +54,6 @@ void measure_drags(x_server &screen, const measured_program &vimbo, figures &res
     result.until_true = median(until);
 }
 
-// Frames that each draw the panels anew, with the mosaic or without: the pointer
-// comes and goes over buttons, and letters are typed.
-double hover_work(x_server &screen, measured_program &vimbo)
-{
-    constexpr double between_moves = 0.05;
-    const point buttons[] = {vimbo.ui().place_of("Evaluate"), vimbo.ui().place_of("Integrate")};
-    const double start = now();
-    for (int i = 0; i < 60; ++i) {
-        screen.move(buttons[i % 2]);
-        sleep_for(between_moves);
-    }
-    return mean(vimbo.between(start, now()).work);
-}
-
-double typing_work(x_server &screen, measured_program &vimbo)
-{
-    screen.click(vimbo.ui().editor());
-    const double start = now();
-    for (int i = 0; i < 10; ++i)
-        screen.type(U"abcdef");
-    return mean(vimbo.between(start, now()).work);
-}
-
 figures measure(x_server &screen, const std::string &tray, const std::string &log)
 {
     figures result = {};
@@ -84,12 +61,12 @@ figures measure(x_server &screen, const std::string &tray, const std::string &lo
     const frame_times rest = at_rest(vimbo, 3);
     result.rest_work = median(rest.work);
     result.rest_interval = median(rest.intervals);
-    result.hover_work = hover_work(screen, vimbo);
-    result.typing_work = typing_work(screen, vimbo);
+    result.hover_work = bench::hover_work(screen, vimbo.ui(), log);
+    result.typing_work = bench::typing_work(screen, vimbo.ui(), log);
     screen.move(vimbo.middle());
     vimbo.settle(now());
     measure_drags(screen, vimbo, result);
-    result.replay_interval = while_replaying(screen, vimbo); // goes on after it
+    result.replay = whole_replay(screen, vimbo);
     return result;
 }
 
@@ -119,13 +96,6 @@ double direct_draw(const std::string &tray, const struct nk_rect &rectangle)
     return median(times);
 }
 
-mosaic_kind kind_of(const std::string &name)
-{
-    if (name == "hatch")
-        return mosaic_kind::hatch;
-    return name == "spiral" ? mosaic_kind::spiral : mosaic_kind::scatter;
-}
-
 void print(const figures &full, const figures &empty, double direct)
 {
     print_row("frame at rest, beside one without a mosaic", full.rest_work, empty.rest_work, 1.2);
@@ -133,8 +103,9 @@ void print(const figures &full, const figures &empty, double direct)
               empty.hover_work, 1.2);
     print_row("frame while text is typed, beside the same", full.typing_work, empty.typing_work,
               1.2);
-    print_row("replay step, beside 1/255 of a direct draw and one of none", full.replay_interval,
-              direct / 255 + empty.replay_interval, 1.5);
+    print_row("replay step, beside 1/255 of a direct draw and one of none", full.replay / 255,
+              (direct + empty.replay) / 255, 1.5);
+    print_row("a whole replay, beside 255 thirtieths of a second", full.replay, 255 / 30.0, 1.15);
     print_row("drag step: longest frame to frame, beside a resting one", full.longest,
               empty.rest_interval, 2.0);
     print_row("drag step: until the true picture, beside a direct draw", full.until_true, direct,
@@ -153,7 +124,7 @@ int main(int argument_count, char *arguments[])
     const std::string tray = scratch + "/frames";
     const std::string nothing = scratch + "/nothing";
     std::filesystem::create_directories(nothing);
-    write_big_mosaic(tray + "/_mosaics/0.mmv", kind_of(arguments[3]),
+    write_big_mosaic(tray + "/_mosaics/0.mmv", kind_named(arguments[3]),
                      std::strtoull(arguments[2], nullptr, 10));
     try {
         x_server screen(1920, 1300);

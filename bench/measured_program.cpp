@@ -5,8 +5,10 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
+#include <numeric>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
@@ -86,22 +88,25 @@ double measured_program::settle(double since) const
 
 frame_times measured_program::between(double from, double to) const
 {
-    frame_times times;
+    return frames_between(log, from, to);
+}
+
+double measured_program::whole_frame(double since) const
+{
     double last_swap = 0;
-    double last_wait = 0;
+    bool begun = false;
     for (const auto &[time, what] : read_clock(log)) {
-        if (what == "wait" || what == "poll")
-            last_wait = time;
-        if (what != "swap")
+        if (time < since)
             continue;
-        if (last_swap > from && time < to) {
-            times.intervals.push_back(time - last_swap);
-            if (last_wait > last_swap)
-                times.work.push_back(time - last_wait);
-        }
-        last_swap = time;
+        if (what == "wait" && last_swap > 0)
+            return last_swap;
+        if (what == "swap" && begun)
+            last_swap = time;
+        begun = begun || what == "wait" || what == "poll";
+        if (what == "poll")
+            last_swap = 0;
     }
-    return times;
+    throw std::runtime_error("no frame was whole");
 }
 
 double measured_program::frame_after(const std::string &wanted, double since) const
@@ -134,6 +139,26 @@ double measured_program::standing_since(double since) const
         }
     }
     return 0;
+}
+
+frame_times frames_between(const std::string &log, double from, double to)
+{
+    frame_times times;
+    double last_swap = 0;
+    double last_wait = 0;
+    for (const auto &[time, what] : read_clock(log)) {
+        if (what == "wait" || what == "poll")
+            last_wait = time;
+        if (what != "swap")
+            continue;
+        if (last_swap > from && time < to) {
+            times.intervals.push_back(time - last_swap);
+            if (last_wait > last_swap)
+                times.work.push_back(time - last_wait);
+        }
+        last_swap = time;
+    }
+    return times;
 }
 
 double processor_time_of(pid_t process)
@@ -187,6 +212,54 @@ double while_replaying(x_server &screen, const measured_program &vimbo)
     const double result = median(vimbo.between(start + 0.5, now()).intervals);
     vimbo.settle(now());
     return result;
+}
+
+double whole_replay(x_server &screen, const measured_program &vimbo)
+{
+    constexpr std::size_t steps = 255;
+    const double start = now();
+    screen.click(vimbo.middle(), 3);
+    for (int i = 0; i < 600; ++i) {
+        sleep_for(0.1);
+        const std::vector<double> intervals = vimbo.between(start, now()).intervals;
+        if (intervals.size() > steps)
+            return std::accumulate(intervals.begin() + 1, intervals.begin() + 1 + steps, 0.0);
+    }
+    throw std::runtime_error("the replay never ended");
+}
+
+namespace
+{
+
+// The dearest frame that each of some inputs brings about, of all the median.
+template <typename Input>
+double work_of(const std::string &log, int count, Input input)
+{
+    constexpr double until_next = 0.1;
+    std::vector<double> work;
+    for (int i = 0; i < count; ++i) {
+        const double start = now();
+        input(i);
+        sleep_for(until_next);
+        const std::vector<double> frames = frames_between(log, start, now()).work;
+        if (!frames.empty())
+            work.push_back(*std::max_element(frames.begin(), frames.end()));
+    }
+    return median(work);
+}
+
+} // namespace
+
+double hover_work(x_server &screen, rig::ui_driver &driver, const std::string &log)
+{
+    const point buttons[] = {driver.place_of("Evaluate"), driver.place_of("Integrate")};
+    return work_of(log, 40, [&](int i) { screen.move(buttons[i % 2]); });
+}
+
+double typing_work(x_server &screen, rig::ui_driver &driver, const std::string &log)
+{
+    screen.click(driver.editor());
+    return work_of(log, 40, [&](int i) { screen.type(i % 10 == 9 ? U"\n" : U"a"); });
 }
 
 } // namespace bench

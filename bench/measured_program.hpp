@@ -64,6 +64,10 @@ public:
     /// of the frame with which that was so.
     double settle(double since) const;
 
+    /// The time of the first frame that was begun after `since` and left nothing to
+    /// draw: to be called when the program has settled.
+    double whole_frame(double since) const;
+
     frame_times between(double from, double to) const;
     /// The first shown frame after the first entry of this name after `since`;
     /// 0 when there is none yet.
@@ -104,5 +108,16 @@ double while_panning(x_server &screen, const measured_program &vimbo);
 
 /// Frame to frame time while a replay runs.
 double while_replaying(x_server &screen, const measured_program &vimbo);
+
+/// Time of a replay from its first step to its last.
+double whole_replay(x_server &screen, const measured_program &vimbo);
+
+/// Work of the frames that pointer and keys bring about in a program with these
+/// widgets where the driver knows them.
+double hover_work(x_server &screen, rig::ui_driver &driver, const std::string &log);
+double typing_work(x_server &screen, rig::ui_driver &driver, const std::string &log);
+
+/// The times of a log's frames.
+frame_times frames_between(const std::string &log, double from, double to);
 
 } // namespace bench

@@ -39,6 +39,18 @@ path_vertex hatch_point(std::uint64_t i, std::uint64_t points)
     return move_to(right ? half_tray : -half_tray, y, end);
 }
 
+path_vertex short_hatch_point(std::uint64_t i, std::uint64_t points)
+{
+    constexpr double columns = 90;
+    const double along = columns * static_cast<double>(i) / static_cast<double>(points);
+    const double column = std::floor(along);
+    const double left = -half_tray + column * vimbo::length_units_per_mm;
+    const double y = -half_tray + 2 * half_tray * (along - column);
+    const bool end = i % 2 == 1;
+    const bool right = end != (i / 2 % 2 == 1);
+    return move_to(right ? left + vimbo::length_units_per_mm : left, y, end);
+}
+
 path_vertex spiral_point(std::uint64_t i, std::uint64_t points)
 {
     const double share = static_cast<double>(i) / static_cast<double>(points);
@@ -61,6 +73,15 @@ path_vertex scattered_point(std::mt19937_64 &random, path_vertex &last)
 
 } // namespace
 
+mosaic_kind kind_named(std::string_view name)
+{
+    if (name == "hatch")
+        return mosaic_kind::hatch;
+    if (name == "short-hatch")
+        return mosaic_kind::short_hatch;
+    return name == "spiral" ? mosaic_kind::spiral : mosaic_kind::scatter;
+}
+
 void write_big_mosaic(const std::filesystem::path &path, mosaic_kind kind, std::uint64_t points)
 {
     std::filesystem::create_directories(path.parent_path());
@@ -78,9 +99,10 @@ void write_big_mosaic(const std::filesystem::path &path, mosaic_kind kind, std::
     std::vector<path_vertex> block;
     block.reserve(std::size_t{1} << 16);
     for (std::uint64_t i = 0; i < points; ++i) {
-        block.push_back(kind == mosaic_kind::hatch    ? hatch_point(i, points)
-                        : kind == mosaic_kind::spiral ? spiral_point(i, points)
-                                                      : scattered_point(random, last));
+        block.push_back(kind == mosaic_kind::hatch         ? hatch_point(i, points)
+                        : kind == mosaic_kind::short_hatch ? short_hatch_point(i, points)
+                        : kind == mosaic_kind::spiral      ? spiral_point(i, points)
+                                                           : scattered_point(random, last));
         if (block.size() == block.capacity() || i + 1 == points) {
             if (std::fwrite(block.data(), sizeof(path_vertex), block.size(), file.get()) !=
                 block.size())

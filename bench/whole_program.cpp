@@ -102,6 +102,41 @@ void measure_idle_second(const std::string &scratch)
               1.1);
 }
 
+// Frames in which something of the panels changes, beside all panels drawn anew.
+void measure_changes(const std::string &scratch)
+{
+    const tool_path tools;
+    write_script(tools.file("plimb"), "exec sleep 60\n");
+    x_server screen(1920, 1300);
+    const std::string log = scratch + "/clock";
+    double hover = 0;
+    double typing = 0;
+    double spinner = 0;
+    {
+        measured_program vimbo(screen, {scratch, scratch, log});
+        hover = hover_work(screen, vimbo.ui(), log);
+        typing = typing_work(screen, vimbo.ui(), log);
+        vimbo.ui().press("↻");
+        spinner = median(at_rest(vimbo, 3).work);
+    }
+    program run(with_clock(screen, {YARDSTICK, "panels"}, log));
+    const unsigned long window = wait_for_window(screen);
+    ui_driver driver(screen, {window_width, window_height, scratch, scratch});
+    driver.panels().app().frame.ui_flags =
+        vimbo::ui_flag::bottom_shown | vimbo::ui_flag::preview_shown | vimbo::ui_flag::stats_shown;
+    driver.panels().frame();
+    const double whole_hover = hover_work(screen, driver, log);
+    const double whole_typing = typing_work(screen, driver, log);
+    const double start = now();
+    sleep_for(3);
+    const double whole = median(frames_between(log, start, now()).work);
+    screen.close_window(window);
+    run.wait_for_end();
+    print_row("frame of a hovered button, beside all panels drawn", hover, whole_hover, 0.3);
+    print_row("frame of a typed character, beside the same", typing, whole_typing, 0.3);
+    print_row("frame of a spinner, beside the same", spinner, whole, 0.3);
+}
+
 void measure_tools_end(const std::string &scratch)
 {
     const tool_path tools;
@@ -222,6 +257,7 @@ int main(int argument_count, char *arguments[])
     try {
         measure_start(scratch);
         measure_idle_second(scratch);
+        measure_changes(scratch);
         measure_tools_end(scratch);
         measure_picker(scratch);
         measure_mero(scratch);

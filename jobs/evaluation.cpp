@@ -13,6 +13,7 @@ namespace vimbo
 namespace
 {
 
+constexpr char stop_marker_directory[] = "/tmp";
 constexpr char stop_marker_path[] = "/tmp/mero.end";
 constexpr std::size_t progress_length = 64;
 
@@ -28,6 +29,7 @@ constexpr std::size_t command_capacity = 64 + temp_source_path_capacity + mosaic
 void prepare_run(evaluation_state &evaluation, const char *source_text)
 {
     clear_text(evaluation.eval_text);
+    evaluation.output_box.wants_end = true;
     if (evaluation.temp_source_path[0] == '\0') {
         temporary_directory(evaluation.temp_source_path);
         append_text(evaluation.temp_source_path, "/vimbo");
@@ -83,6 +85,7 @@ void finish_evaluation(frame_state &frame, evaluation_state &evaluation, mosaic_
     append_text(evaluation.eval_text, output[0] != '\0' ? "\nEvaluation:\n" : "\n");
     append_text(evaluation.eval_text, output);
     append_text(evaluation.eval_text, status_line(close_command(evaluation.eval_job.pipe)));
+    evaluation.output_box.wants_end = true;
     frame.ui_flags &= ~ui_flag::eval_running;
     evaluation.eval_job.pipe = nullptr;
     format_mosaic_path(mosaic);
@@ -109,6 +112,7 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
         return;
     if (!can_be_quoted(mosaic.tray_directory)) {
         set_text(evaluation.eval_text, "Error: the tray's path has a double quote.\n");
+        evaluation.output_box.wants_end = true;
         return;
     }
     prepare_run(evaluation, source_text);
@@ -126,6 +130,8 @@ void start_integration(frame_state &frame, evaluation_state &evaluation, const m
 
 void request_stop()
 {
+    // Not every system brings it along.
+    make_directory(stop_marker_directory);
     overwrite_file(stop_marker_path, "", link_use::replaced);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "jobs/command_job.hpp"
+#include "jobs/output_box.hpp"
 #include "mosaic/mosaic.hpp"
 #include "ui/frame_state.hpp"
 
@@ -20,6 +21,10 @@ struct evaluation_state {
     /// The progress line, then the tool's output and the status line. The output
     /// box edits it in place.
     char eval_text[eval_text_capacity];
+    output_box_state output_box;
+    /// The source's line that the operator wants to see, from 1; 0 when none. Whoever
+    /// shows it takes it away.
+    int wanted_line;
     /// The edited text's copy that the evaluator reads. Empty until first needed.
     char temp_source_path[temp_source_path_capacity];
     double unit_um = 35.0;

@@ -10,8 +10,6 @@ namespace
 {
 
 constexpr float row_height = 32;
-constexpr float output_height = 480;
-constexpr float output_box_height = 450;
 
 struct unit_range {
     double least, most, step;
@@ -46,17 +44,6 @@ void options_row(frame_state &frame, evaluation_state &evaluation)
                        unit_um_range.most, unit_um_range.step, unit_um_range.step_per_pixel);
 }
 
-void output_box(nk_context *context, evaluation_state &evaluation)
-{
-    nk_layout_row_dynamic(context, output_height, 1);
-    if (nk_group_begin(context, "Preview", NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR) == 0)
-        return;
-    nk_layout_row_dynamic(context, output_box_height, 1);
-    nk_edit_string_zero_terminated(context, NK_EDIT_MULTILINE, evaluation.eval_text,
-                                   eval_text_capacity, nk_filter_default);
-    nk_group_end(context);
-}
-
 } // namespace
 
 void evaluation_panel(frame_state &frame, evaluation_state &evaluation, mosaic_state &mosaic,
@@ -74,7 +61,9 @@ void evaluation_panel(frame_state &frame, evaluation_state &evaluation, mosaic_s
     else
         start_row(frame, evaluation, mosaic, source_text);
     options_row(frame, evaluation);
-    output_box(context, evaluation);
+    const int line = output_box(context, evaluation.output_box, evaluation.eval_text);
+    if (line != 0)
+        evaluation.wanted_line = line;
     nk_group_end(context);
 }
 

@@ -4,9 +4,10 @@
 namespace vimbo
 {
 
-void watch_pointer_entry(GLFWwindow * /*window*/,
+bool watch_pointer_entry(GLFWwindow * /*window*/,
                          void (* /*entered*/)(GLFWwindow *window, double x, double y))
 {
+    return false;
 }
 
 void unwatch_pointer_entry() {}

@@ -1,7 +1,5 @@
 #include "sources/edit_history.hpp"
 
-#include "ui/utf8.hpp"
-
 #include <algorithm>
 #include <cstring>
 
@@ -10,29 +8,6 @@ namespace vimbo
 
 namespace
 {
-
-struct difference {
-    std::size_t position;
-    std::string_view removed;
-    std::string_view inserted;
-};
-
-// The smallest stretch that differs, from the start of a character on.
-difference find_difference(std::string_view before, std::string_view after)
-{
-    const std::size_t shorter = std::min(before.size(), after.size());
-    std::size_t start = 0;
-    while (start < shorter && before[start] == after[start])
-        ++start;
-    while (start > 0 && start < shorter && is_continuation(before[start]))
-        --start;
-    std::size_t same_end = 0;
-    while (same_end < shorter - start &&
-           before[before.size() - 1 - same_end] == after[after.size() - 1 - same_end])
-        ++same_end;
-    return {start, before.substr(start, before.size() - start - same_end),
-            after.substr(start, after.size() - start - same_end)};
-}
 
 void drop_redoable(edit_history &history)
 {
@@ -72,53 +47,112 @@ bool continues_word(char last, char next)
     return last != '\n' && next != '\n' && (is_blank(next) || !is_blank(last));
 }
 
-// Typing goes on right behind the last record's insertion.
-bool extends_last(const edit_history &history, const difference &change)
+// Bytes of the text up to where the next word begins.
+std::size_t first_word(std::string_view text)
 {
-    constexpr std::size_t longest_typed = 64; // bytes in one frame; more was pasted
-    if (history.undoable == 0 || !change.removed.empty() || change.inserted.size() > longest_typed)
+    std::size_t end = 1;
+    while (end < text.size() && continues_word(text[end - 1], text[end]))
+        ++end;
+    return std::min(end, text.size());
+}
+
+bool extends_last(const edit_history &history, const edit_step &edit)
+{
+    if (history.undoable == 0)
         return false;
     const edit_record &last = history.records[history.undoable - 1];
-    return last.removed == 0 && last.inserted > 0 &&
-           change.position == last.position + last.inserted &&
-           continues_word(history.bytes[history.byte_count - 1], change.inserted.front());
+    if (last.kind != edit.kind)
+        return false;
+    const char *bytes = history.bytes + last.storage;
+    const char *end = history.bytes + history.byte_count;
+    switch (edit.kind) {
+    case edit_kind::typed:
+        return edit.removed.empty() && edit.position == last.position + last.inserted &&
+               continues_word(end[-1], edit.inserted.front());
+    case edit_kind::erased_before:
+        return edit.position + edit.removed.size() == last.position &&
+               continues_word(edit.removed.back(), *bytes);
+    case edit_kind::erased_behind:
+        return edit.position == last.position && continues_word(end[-1], edit.removed.front());
+    case edit_kind::whole:
+        break;
+    }
+    return false;
 }
 
 void store(edit_history &history, std::string_view text)
 {
-    std::memcpy(history.bytes + history.byte_count, text.data(), text.size());
+    text.copy(history.bytes + history.byte_count, text.size()); // not memcpy: it may be empty
     history.byte_count += text.size();
+}
+
+void add_record(edit_history &history, const edit_step &edit)
+{
+    history.records[history.record_count++] = {
+        edit.kind,          edit.position,      edit.removed.size(), edit.inserted.size(),
+        history.byte_count, edit.cursor_before, edit.cursor_after};
+    ++history.undoable;
+    store(history, edit.removed);
+    store(history, edit.inserted);
+}
+
+// The last record's bytes are the last ones, so it can grow.
+void extend_last(edit_history &history, const edit_step &edit)
+{
+    edit_record &last = history.records[history.record_count - 1];
+    last.removed += edit.removed.size();
+    last.inserted += edit.inserted.size();
+    last.cursor_after = edit.cursor_after;
+    if (edit.kind != edit_kind::erased_before) {
+        store(history, edit.removed);
+        store(history, edit.inserted);
+        return;
+    }
+    last.position = edit.position;
+    char *bytes = history.bytes + last.storage;
+    std::memmove(bytes + edit.removed.size(), bytes, history.byte_count - last.storage);
+    std::memcpy(bytes, edit.removed.data(), edit.removed.size());
+    history.byte_count += edit.removed.size();
+}
+
+// A change that is a word at most, or no typing.
+void note_step(edit_history &history, const edit_step &edit)
+{
+    drop_redoable(history);
+    const bool extend = extends_last(history, edit);
+    if (!make_room(history, edit.removed.size() + edit.inserted.size())) {
+        history.record_count = 0;
+        history.undoable = 0;
+        history.byte_count = 0;
+        return;
+    }
+    if (extend && history.record_count > 0)
+        extend_last(history, edit);
+    else
+        add_record(history, edit);
 }
 
 } // namespace
 
-void clear_history(edit_history &history)
+void note_edit(edit_history &history, const edit_step &edit)
 {
-    history.record_count = 0;
-    history.undoable = 0;
-    history.byte_count = 0;
-}
-
-void note_change(edit_history &history, std::string_view before, std::string_view after)
-{
-    const difference change = find_difference(before, after);
-    if (change.removed.empty() && change.inserted.empty())
+    if (edit.removed.empty() && edit.inserted.empty())
         return;
-    drop_redoable(history);
-    const bool extend = extends_last(history, change);
-    if (!make_room(history, change.removed.size() + change.inserted.size())) {
-        clear_history(history);
+    if (edit.kind != edit_kind::typed || edit.inserted.empty()) {
+        note_step(history, edit);
         return;
     }
-    if (extend && history.record_count > 0) {
-        history.records[history.record_count - 1].inserted += change.inserted.size();
-    } else {
-        history.records[history.record_count++] = {change.position, change.removed.size(),
-                                                   change.inserted.size(), history.byte_count};
-        ++history.undoable;
-        store(history, change.removed);
+    edit_step step = edit;
+    std::string_view left = edit.inserted;
+    while (!left.empty()) {
+        step.inserted = left.substr(0, first_word(left));
+        step.cursor_after = step.position + step.inserted.size();
+        note_step(history, step);
+        left.remove_prefix(step.inserted.size());
+        step.position = step.cursor_after;
+        step.cursor_before = step.cursor_after;
+        step.removed = {};
     }
-    store(history, change.inserted);
 }
 
 bool take_undo(edit_history &history, text_change &change)
@@ -127,7 +161,8 @@ bool take_undo(edit_history &history, text_change &change)
         return false;
     const edit_record &record = history.records[--history.undoable];
     change = {record.position, record.inserted,
-              std::string_view(history.bytes + record.storage, record.removed)};
+              std::string_view(history.bytes + record.storage, record.removed),
+              record.cursor_before};
     return true;
 }
 
@@ -137,7 +172,8 @@ bool take_redo(edit_history &history, text_change &change)
         return false;
     const edit_record &record = history.records[history.undoable++];
     change = {record.position, record.removed,
-              std::string_view(history.bytes + record.storage + record.removed, record.inserted)};
+              std::string_view(history.bytes + record.storage + record.removed, record.inserted),
+              record.cursor_after};
     return true;
 }
 

@@ -1,10 +1,10 @@
 // Undo and redo for the source editor. The toolkit's own remembers at most a
 // thousand characters, forgets at every click and misses what is typed into the
-// middle of a text; this one sees only texts, before and after.
+// middle of a text.
 #pragma once
 
 #include <cstddef>
-#include <span>
+#include <cstdint>
 #include <string_view>
 
 namespace vimbo
@@ -15,13 +15,36 @@ inline constexpr std::size_t history_records = 2048;
 /// another one put in its place.
 inline constexpr std::size_t history_bytes = std::size_t{1} << 20;
 
-/// One change: at byte `position`, `removed` bytes gave way to `inserted` ones.
-/// Both texts stand one after the other in the history's bytes.
+/// How a change came about: what is typed, or taken away character by character,
+/// becomes one record a word, however many layouts it came in.
+enum class edit_kind : std::uint8_t {
+    whole,         // a record of its own: a paste, another source
+    typed,         // characters, in place of the selection if there is one
+    erased_before, // the character before the cursor
+    erased_behind, // the character behind it
+};
+
+/// One change: at byte `position`, `removed` gave way to `inserted`. The cursor
+/// stood, and then stands, at these bytes.
+struct edit_step {
+    edit_kind kind;
+    std::size_t position;
+    std::string_view removed;
+    std::string_view inserted;
+    std::size_t cursor_before;
+    std::size_t cursor_after;
+};
+
+/// A change as it is kept. Both texts stand one after the other in the history's
+/// bytes.
 struct edit_record {
+    edit_kind kind;
     std::size_t position;
     std::size_t removed;
     std::size_t inserted;
     std::size_t storage; // where in the history's bytes
+    std::size_t cursor_before;
+    std::size_t cursor_after;
 };
 
 /// All zero: nothing to undo. Main thread only.
@@ -34,21 +57,19 @@ struct edit_history {
 };
 
 /// What is to be done to a text: at byte `position`, `removed` bytes give way to
-/// `inserted`, which lies in the history until its next change.
+/// `inserted`, which lies in the history until its next change, and the cursor goes
+/// to byte `cursor`.
 struct text_change {
     std::size_t position;
     std::size_t removed;
     std::string_view inserted;
+    std::size_t cursor;
 };
 
-/// Forgets everything.
-void clear_history(edit_history &history);
-
-/// Notes that `before` has become `after`; what was undone can then no longer be
-/// redone. Characters typed one after the other become one record a word. The
-/// oldest records go when there is no room; a change that no room suffices for
-/// clears the history.
-void note_change(edit_history &history, std::string_view before, std::string_view after);
+/// Notes a change; what was undone can then no longer be redone. The oldest
+/// records go when there is no room; a change that no room suffices for clears the
+/// history.
+void note_edit(edit_history &history, const edit_step &edit);
 
 /// Takes the last change that was not undone. False when there is none.
 bool take_undo(edit_history &history, text_change &change);

@@ -1,6 +1,7 @@
 #include "sources/editor_keys.hpp"
 
 #include "sources/text_places.hpp"
+#include "ui/take_key.hpp"
 #include "ui/utf8.hpp"
 
 #include <algorithm>
@@ -93,6 +94,27 @@ void move_by_word(nk_context *context, nk_text_edit &edit)
                 leaves_selection ? from : word_boundary(edited_text(edit), from, right));
 }
 
+void move_by_character(nk_context *context, nk_text_edit &edit)
+{
+    const bool left = take_key(context, NK_KEY_LEFT);
+    const bool right = take_key(context, NK_KEY_RIGHT);
+    if (left == right)
+        return;
+    const std::string_view text = edited_text(edit);
+    const bool leaves_selection = edit.select_start != edit.select_end && !is_selecting(context);
+    move_cursor(context, edit,
+                leaves_selection ? origin(context, edit, right)
+                                 : character_offset(text, edit.cursor + (right ? 1 : -1)));
+}
+
+void move_to_end(nk_context *context, nk_text_edit &edit)
+{
+    const bool to_start = take_key(context, NK_KEY_TEXT_START);
+    const bool to_end = take_key(context, NK_KEY_TEXT_END);
+    if (to_start != to_end)
+        move_cursor(context, edit, to_start ? 0 : edited_text(edit).size());
+}
+
 } // namespace
 
 std::string_view edited_text(const nk_text_edit &edit)
@@ -101,19 +123,16 @@ std::string_view edited_text(const nk_text_edit &edit)
     return {static_cast<const char *>(buffer.memory.ptr), buffer.allocated};
 }
 
-bool take_key(nk_context *context, nk_keys key)
-{
-    const bool pressed = nk_input_is_key_pressed(&context->input, key) != 0;
-    context->input.keyboard.keys[key].clicked = 0;
-    return pressed;
-}
-
 void move_by_keys(nk_context *context, nk_text_edit &edit, int rows)
 {
+    move_by_character(context, edit);
+    move_to_end(context, edit);
     move_by_page(context, edit, rows);
     move_by_row(context, edit);
     move_in_line(context, edit);
     move_by_word(context, edit);
+    if (take_key(context, NK_KEY_TEXT_SELECT_ALL))
+        nk_textedit_select_all(&edit);
 }
 
 } // namespace vimbo

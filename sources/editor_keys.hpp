@@ -13,11 +13,9 @@ namespace vimbo
 /// All bytes of the edit.
 std::string_view edited_text(const nk_text_edit &edit);
 
-/// True when the key was pressed, which the toolkit then does not see.
-bool take_key(nk_context *context, nk_keys key);
-
-/// Moves the cursor as this layout's keys say, by page, row, line and word; with
-/// Shift down the selection follows. `rows` is what a page has.
+/// Moves the cursor as this layout's keys say, by character, word, row, page,
+/// to the ends of line and text, or selects all; with Shift down the selection
+/// follows. `rows` is what a page has.
 void move_by_keys(nk_context *context, nk_text_edit &edit, int rows);
 
 } // namespace vimbo

@@ -6,6 +6,7 @@
 #include "ui/nuklear.hpp"
 
 #include <cstring>
+#include <string_view>
 
 namespace vimbo
 {
@@ -23,11 +24,19 @@ struct picker_walk {
     picker_mode mode;
 };
 
+// The walk has its start without the separators at its end.
+bool is_start(const picker_walk &walk, std::string_view path)
+{
+    const std::string_view start = walk.start_directory;
+    return start.starts_with(path) &&
+           start.find_first_not_of("/\\", path.size()) == std::string_view::npos;
+}
+
 bool is_listed(const picker_walk &walk, const char *path, entry_kind kind)
 {
     if (walk.mode == picker_mode::files)
         return kind == entry_kind::file;
-    return kind == entry_kind::directory && std::strcmp(path, walk.start_directory) != 0;
+    return kind == entry_kind::directory && !is_start(walk, path);
 }
 
 void add_item(const char *path, entry_kind kind, void *user)

@@ -1,12 +1,14 @@
 #include "sources/source_editor.hpp"
 
+#include "sources/editor_edits.hpp"
 #include "sources/editor_keys.hpp"
+#include "sources/editor_search.hpp"
 #include "sources/text_places.hpp"
-#include "ui/takes_input.hpp"
+#include "ui/edit_focus.hpp"
 #include "ui/utf8.hpp"
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 #include <cstring>
 
 namespace vimbo
@@ -14,11 +16,6 @@ namespace vimbo
 
 namespace
 {
-
-std::string_view text_of(const source_editor_state &editor)
-{
-    return {editor.source_text, editor.source_edit.string.buffer.allocated};
-}
 
 void uncover_end(source_editor_state &editor)
 {
@@ -35,22 +32,6 @@ void cover_end(source_editor_state &editor)
     editor.source_text[editor.covered_index] = '\0';
 }
 
-void note_text(source_editor_state &editor)
-{
-    const std::string_view text = text_of(editor);
-    std::memcpy(editor.noted_text, text.data(), text.size());
-    editor.noted_length = static_cast<int>(text.size());
-}
-
-void note_edit(source_editor_state &editor)
-{
-    const std::string_view before(editor.noted_text, static_cast<std::size_t>(editor.noted_length));
-    if (text_of(editor) == before)
-        return;
-    note_change(editor.history, before, text_of(editor));
-    note_text(editor);
-}
-
 // Puts the text there as it is and at once. Inserting it as if it were typed
 // would take seconds, and drop the line feeds until the editor was clicked.
 void replace_text(source_editor_state &editor, std::string_view text)
@@ -63,76 +44,58 @@ void replace_text(source_editor_state &editor, std::string_view text)
                                 static_cast<int>(text.size()));
 }
 
-void apply_change(source_editor_state &editor, const text_change &change)
+// Seconds since the last layout that was seen, as far as scrolling counts them;
+// none in one that is not.
+float take_seconds(const frame_state &frame, source_editor_state &editor)
+{
+    constexpr double longest = 0.1;
+    if (frame.input_only)
+        return 0;
+    const std::chrono::duration<double> now = std::chrono::steady_clock::now().time_since_epoch();
+    const double since = now.count() - editor.laid_out_at;
+    editor.laid_out_at = now.count();
+    return static_cast<float>(std::min(since, longest));
+}
+
+// Those that only copy or select all leave the view where it is.
+bool moves_view(const nk_context *context)
+{
+    const nk_input &input = context->input;
+    for (int key = 0; key < NK_KEY_MAX; ++key)
+        if (key != NK_KEY_COPY && key != NK_KEY_TEXT_SELECT_ALL &&
+            nk_input_is_key_pressed(&input, static_cast<nk_keys>(key)) != 0)
+            return true;
+    return input.keyboard.text_len > 0;
+}
+
+void follow_keys(nk_context *context, source_editor_state &editor, const editor_view &view)
 {
     nk_text_edit &edit = editor.source_edit;
-    const std::string_view tail = text_of(editor).substr(change.position + change.removed);
-    const std::size_t inserted_end = change.position + change.inserted.size();
-    // Not nk_str_insert_at_char, which leaves a full text's last byte out.
-    std::memmove(editor.source_text + inserted_end, tail.data(), tail.size());
-    std::memcpy(editor.source_text + change.position, change.inserted.data(),
-                change.inserted.size());
-    edit.string.buffer.allocated = inserted_end + tail.size();
-    edit.string.len = character_count(text_of(editor));
-    edit.cursor = character_count(text_of(editor).substr(0, inserted_end));
-    edit.select_start = edit.cursor;
-    edit.select_end = edit.cursor;
-    edit.has_preferred_x = 0;
-    note_text(editor);
+    const bool show = moves_view(context);
+    move_by_keys(context, edit, view.rows);
+    search_by_keys(context, edit);
+    edit_by_keys(context, edit, editor.history, editor.paste_buffer);
+    if (show)
+        show_cursor(edit, view, *context->style.font);
 }
 
-void undo_and_redo(nk_context *context, source_editor_state &editor)
+// Takes up what was asked of the editor since its last layout.
+void follow_requests(nk_context *context, source_editor_state &editor, const editor_view &view)
 {
-    text_change change = {};
-    if (take_key(context, NK_KEY_TEXT_UNDO) && take_undo(editor.history, change))
-        apply_change(editor, change);
-    if (take_key(context, NK_KEY_TEXT_REDO) && take_redo(editor.history, change))
-        apply_change(editor, change);
-}
-
-// The toolkit clears cursor, selection and place when a click activates an edit;
-// one that is given the focus before it sees the click keeps them.
-void focus_when_clicked(nk_context *context, const struct nk_rect &bounds)
-{
-    if (takes_input(context) && nk_input_is_mouse_pressed(&context->input, NK_BUTTON_LEFT) != 0 &&
-        nk_input_is_mouse_hovering_rect(&context->input, bounds) != 0)
+    nk_text_edit &edit = editor.source_edit;
+    if (editor.wanted_line != 0) {
+        const std::string_view text = edited_text(edit);
+        edit.cursor = character_count(text.substr(0, line_start(text, 0, editor.wanted_line - 1)));
+        edit.select_start = edit.cursor;
+        edit.select_end = edit.cursor;
+        edit.has_preferred_x = 0;
+        show_cursor(edit, view, *context->style.font);
+    }
+    editor.wanted_line = 0;
+    if (editor.wants_focus)
         nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
-}
-
-struct text_view {
-    float row_height;
-    int rows; // that are seen whole, at least one
-    float width;
-};
-
-text_view view_of(const nk_context *context, const struct nk_rect &bounds)
-{
-    const nk_style_edit &style = context->style.edit;
-    const float row_height = context->style.font->height + style.row_padding;
-    const float height = bounds.h - 2 * (style.padding.y + style.border);
-    const float width = bounds.w - 2 * (style.padding.x + style.border) - style.scrollbar_size.x -
-                        style.cursor_size;
-    return {row_height, std::max(1, static_cast<int>(height / row_height)), width};
-}
-
-// The toolkit follows the cursor by one row and a quarter of the width, however
-// far it went.
-void show_cursor(nk_text_edit &edit, std::string_view text, const text_view &view,
-                 const nk_user_font &font)
-{
-    const std::string_view above = text.substr(0, character_offset(text, edit.cursor));
-    const auto row = static_cast<float>(std::ranges::count(above, '\n'));
-    const float last = row - static_cast<float>(view.rows) + 1;
-    edit.scrollbar.y =
-        std::clamp(edit.scrollbar.y, std::max(0.0F, last * view.row_height), row * view.row_height);
-
-    const std::string_view before = above.substr(line_start(text, above.size(), 0));
-    const float x = text_width(font, before);
-    const float ahead = view.width / 4;
-    if (x < edit.scrollbar.x)
-        edit.scrollbar.x = std::max(0.0F, std::floor(x - ahead));
-    if (x >= edit.scrollbar.x + view.width)
-        edit.scrollbar.x = std::max(0.0F, std::floor(x + ahead - view.width));
+    editor.wants_focus = false;
+    keep_focus(context, edit);
 }
 
 } // namespace
@@ -146,30 +109,31 @@ void initialise_source_editor(source_editor_state &editor)
 void load_source(source_editor_state &editor, const char *path)
 {
     const char *text = read_text_file(path, editor.load_buffer);
-    replace_text(editor, {text, strnlen(text, source_capacity)});
-    clear_history(editor.history);
-    note_text(editor);
+    const std::string_view loaded(text, strnlen(text, source_capacity));
+    uncover_end(editor);
+    note_loaded(editor.source_edit, editor.history, loaded);
+    replace_text(editor, loaded);
     cover_end(editor);
+}
+
+void show_line(source_editor_state &editor, int line)
+{
+    editor.wants_focus = true;
+    editor.wanted_line = line;
 }
 
 void source_editor(frame_state &frame, source_editor_state &editor)
 {
     nk_context *context = frame.context;
     nk_text_edit &edit = editor.source_edit;
-    const struct nk_rect bounds = nk_widget_bounds(context);
-    const text_view view = view_of(context, bounds);
-    const int cursor_before = edit.cursor;
+    const editor_view view = view_of(context, nk_widget_bounds(context));
 
     uncover_end(editor);
-    focus_when_clicked(context, bounds);
-    if (edit.active != 0) {
-        undo_and_redo(context, editor);
-        move_by_keys(context, edit, view.rows);
-    }
-    nk_edit_buffer(context, NK_EDIT_BOX, &edit, nk_filter_default);
-    note_edit(editor);
-    if (edit.cursor != cursor_before)
-        show_cursor(edit, text_of(editor), view, *context->style.font);
+    follow_requests(context, editor, view);
+    follow_mouse(context, edit, view, editor.mouse, take_seconds(frame, editor));
+    if (takes_keys(context))
+        follow_keys(context, editor, view);
+    lay_out_edit(context, edit, view, editor.mouse);
     cover_end(editor);
 }
 

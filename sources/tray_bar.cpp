@@ -44,10 +44,10 @@ void quit_button(frame_state &frame)
         frame.frame_flags |= frame_flag::quit;
 }
 
-void save_as_button(frame_state &frame)
+void save_as_button(frame_state &frame, tray_bar_state &bar, source_editor_state &editor)
 {
     if (nk_button_label(frame.context, "+") != 0)
-        frame.ui_flags |= ui_flag::save_as_mode;
+        enter_save_as(frame, bar, editor);
 }
 
 void delete_button(frame_state &frame, tray_bar_state &bar)
@@ -67,16 +67,38 @@ void source_picker(frame_state &frame, tray_bar_state &bar, source_editor_state 
         open_source(bar, editor, picked);
 }
 
-void cancel_button(frame_state &frame)
+void cancel_button(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor)
 {
     if (nk_button_label(frame.context, "!") != 0)
-        frame.ui_flags &= ~ui_flag::save_as_mode;
+        leave_save_as(frame, bar, editor);
+}
+
+void focus_name_field(nk_context *context, const char *name)
+{
+    nk_edit_focus(context, NK_EDIT_ALWAYS_INSERT_MODE);
+    nk_edit_state &field = context->current->edit;
+    field.cursor = nk_utf_len(name, nk_strlen(name));
+    field.sel_start = field.cursor;
+    field.sel_end = field.cursor;
+    field.scrollbar = {};
+}
+
+// The next layout has one edit box less, so that Nuklear would take the one behind it
+// for the one that has the focus.
+void close_name_field(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor)
+{
+    bar.editor_wants_focus = bar.editor_had_focus || editor.source_edit.active != 0;
+    nk_edit_unfocus(frame.context);
+    frame.ui_flags &= ~ui_flag::save_as_mode;
 }
 
 // The field edits the name inside source_path, so the directory part stays.
 void name_field(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor)
 {
     char *name = path_name_part(bar.source_path);
+    if (bar.name_field_wants_focus)
+        focus_name_field(frame.context, name);
+    bar.name_field_wants_focus = false;
     // A typed separator moves the name part on, toward the end of the buffer.
     const auto room = static_cast<std::size_t>(std::end(bar.source_path) - name);
     const nk_flags result = nk_edit_string_zero_terminated(
@@ -86,10 +108,7 @@ void name_field(frame_state &frame, tray_bar_state &bar, const source_editor_sta
         return;
     if (write_text_file(bar.source_path, editor.source_text) != 0)
         std::fputs("error: unable to save.\n", stderr);
-    // Nuklear knows edits by their order: without this the next one in line, the
-    // source editor, would take over the focus and what is typed on.
-    nk_edit_unfocus(frame.context);
-    frame.ui_flags &= ~ui_flag::save_as_mode;
+    close_name_field(frame, bar, editor);
 }
 
 void tray_picker(frame_state &frame, tray_bar_state &bar, mosaic_state &mosaic)
@@ -129,6 +148,26 @@ void open_source(tray_bar_state &bar, source_editor_state &editor, const char *p
         return;
     set_text(bar.source_path, path);
     load_source(editor, path);
+    editor.wants_focus = true;
+}
+
+void enter_save_as(frame_state &frame, tray_bar_state &bar, source_editor_state &editor)
+{
+    set_text(bar.path_before, bar.source_path);
+    bar.editor_had_focus = editor.source_edit.active != 0;
+    bar.name_field_wants_focus = true;
+    // In this layout there is no field yet that could have it.
+    nk_edit_unfocus(frame.context);
+    editor.source_edit.active = 0;
+    frame.ui_flags |= ui_flag::save_as_mode;
+}
+
+void leave_save_as(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor)
+{
+    if (!has_flag(frame.ui_flags, ui_flag::save_as_mode))
+        return;
+    set_text(bar.source_path, bar.path_before);
+    close_name_field(frame, bar, editor);
 }
 
 void choose_tray(frame_state &frame, mosaic_state &mosaic, const char *path)
@@ -166,10 +205,12 @@ void tray_bar(frame_state &frame, tray_bar_state &bar, source_editor_state &edit
     begin_row(frame.context, save_as ? 2 : 3);
     quit_button(frame);
     if (save_as) {
-        cancel_button(frame);
+        cancel_button(frame, bar, editor);
         name_field(frame, bar, editor);
     } else {
-        save_as_button(frame);
+        editor.wants_focus = editor.wants_focus || bar.editor_wants_focus;
+        bar.editor_wants_focus = false;
+        save_as_button(frame, bar, editor);
         delete_button(frame, bar);
         source_picker(frame, bar, editor);
     }

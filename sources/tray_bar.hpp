@@ -26,15 +26,30 @@ struct tray_bar_state {
     /// deletion.
     char source_path[source_directory_capacity + 1 + name_field_capacity];
     std::int64_t delete_armed_at; // calendar time in seconds
+
+    /// While a name is typed: source_path as it was, and whether the editor had the
+    /// focus, which it gets back.
+    char path_before[source_directory_capacity + 1 + name_field_capacity];
+    bool editor_had_focus;
+    /// What the next layout gives the focus to.
+    bool name_field_wants_focus;
+    bool editor_wants_focus;
     path_picker_state picker;
 };
 
 /// Once, before the first layout: no file is open yet.
 void initialise_tray_bar(tray_bar_state &bar);
 
-/// Makes `path` the open source file and puts its text into the editor, unless
-/// it is open already.
+/// Makes `path` the open source file and puts its text into the editor, which gets the
+/// focus, unless it is open already.
 void open_source(tray_bar_state &bar, source_editor_state &editor, const char *path);
+
+/// The "+" button's press: the name field takes the buttons' place, and the focus.
+void enter_save_as(frame_state &frame, tray_bar_state &bar, source_editor_state &editor);
+
+/// The "!" button's press beside it: what was typed is taken back. Does nothing unless
+/// a name is being typed.
+void leave_save_as(frame_state &frame, tray_bar_state &bar, const source_editor_state &editor);
 
 /// Makes `path` the tray, unless it is already. One that does not fit into
 /// tray_directory is not taken.

@@ -3,6 +3,7 @@
 #include "ui/fixed_text.hpp"
 #include "ui/flags.hpp"
 #include "ui/nuklear.hpp"
+#include "ui/tooltip.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -119,7 +120,7 @@ void push_value(frame_state &frame, float value)
     if (nk_chart_push(frame.context, drawable(value)) == 0)
         return;
     format_text(frame.scratch_text, "%f", static_cast<double>(value));
-    nk_tooltip(frame.context, frame.scratch_text);
+    tooltip_in_window(frame, frame.scratch_text);
 }
 
 void chart(frame_state &frame, const chart_values &chosen)

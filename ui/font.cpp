@@ -12,6 +12,7 @@ namespace
 
 constexpr std::size_t directory_capacity = 4096;
 constexpr float configured_height = 12;
+constexpr float blanks_per_tab = 4;
 
 // Pairs of first and last code point.
 constexpr nk_rune glyph_ranges[] = {
@@ -61,6 +62,8 @@ void blank_control_characters(struct nk_font *font)
             continue;
         *glyph = *space;
         glyph->codepoint = character;
+        if (character == '\t')
+            glyph->xadvance *= blanks_per_tab;
     }
 }
 

@@ -25,7 +25,7 @@ bool find_font_file(std::span<char> path);
 /// can be read.
 struct nk_font *add_font(nk_font_atlas *atlas, const char *path, float pixels);
 
-/// Once the atlas is baked: a tab and a carriage return show as blank space.
+/// Once the atlas is baked: a tab shows as four blanks, a carriage return as one.
 void blank_control_characters(struct nk_font *font);
 
 } // namespace vimbo

@@ -11,10 +11,10 @@ namespace
 // What an edit box finds in one layout it acts upon in this order, whatever order
 // it came in: a key, then text, then Enter, then copy or cut, then paste, then the
 // tab. So a layout takes events only as long as their phases rise, and one key of
-// each. It also knows the pointer at one place and Shift in one state: a layout
-// takes one press or release of a button, none beside keys or text, and none behind a
-// motion. So what the pointer moved before a press is no drag yet, and what it moved
-// before the release still is.
+// each. It also knows the pointer at one place, and Shift and Control in one state: a
+// layout takes one press or release of a button, none beside keys or text, and none
+// behind a motion. So what the pointer moved before a press is no drag yet, and what
+// it moved before the release still is.
 enum class phase { nothing, key, text, enter, cut_or_copy, paste, tab };
 
 struct batch {
@@ -22,7 +22,7 @@ struct batch {
     bool pointer_used = false; // a button or the wheel: the pointer has to stay
     bool pointer_moved = false;
     bool button_used = false;
-    bool key_used = false; // shift has to stay
+    bool modifiers_used = false; // Shift and Control have to stay
     int text_bytes = 0;
 };
 
@@ -53,14 +53,42 @@ void take_motion(nk_context *context, const input_event &event)
     nk_input_motion(context, static_cast<int>(event.x), static_cast<int>(event.y));
 }
 
+// False when this layout has taken an event with others.
+bool take_modifiers(batch &taken, nk_context *context, const input_event &event)
+{
+    nk_key &shift = context->input.keyboard.keys[NK_KEY_SHIFT];
+    nk_key &control = context->input.keyboard.keys[NK_KEY_CTRL];
+    const bool same =
+        (shift.down != nk_false) == event.shift && (control.down != nk_false) == event.control;
+    if (taken.modifiers_used && !same)
+        return false;
+    shift.down = event.shift ? nk_true : nk_false;
+    control.down = event.control ? nk_true : nk_false;
+    taken.modifiers_used = true;
+    return true;
+}
+
 bool take_button(batch &taken, nk_context *context, const input_event &event)
 {
-    if (taken.pointer_moved || taken.button_used || keyboard_used(taken))
+    if (taken.pointer_moved || taken.button_used || keyboard_used(taken) ||
+        !take_modifiers(taken, context, event))
         return false;
     take_motion(context, event);
-    nk_input_button(context, static_cast<nk_buttons>(event.code), static_cast<int>(event.x),
-                    static_cast<int>(event.y), event.down ? nk_true : nk_false);
+    const auto x = static_cast<int>(event.x);
+    const auto y = static_cast<int>(event.y);
+    nk_input_button(context, static_cast<nk_buttons>(event.code), x, y,
+                    event.down ? nk_true : nk_false);
+    nk_input_button(context, NK_BUTTON_DOUBLE, x, y, event.again ? nk_true : nk_false);
     taken.button_used = true;
+    taken.pointer_used = true;
+    return true;
+}
+
+bool take_scroll(batch &taken, nk_context *context, const input_event &event)
+{
+    if (!take_modifiers(taken, context, event))
+        return false;
+    nk_input_scroll(context, nk_vec2(event.x, event.y));
     taken.pointer_used = true;
     return true;
 }
@@ -88,18 +116,15 @@ void press(nk_context *context, nk_keys key)
 bool take_key(batch &taken, nk_context *context, const input_event &event)
 {
     const auto key = static_cast<nk_keys>(event.code);
-    nk_key &shift = context->input.keyboard.keys[NK_KEY_SHIFT];
-    const bool other_shift = taken.key_used && (shift.down != nk_false) != event.shift;
-    if (taken.button_used || other_shift || taken.reached >= phase_of(key))
+    if (taken.button_used || taken.reached >= phase_of(key) ||
+        !take_modifiers(taken, context, event))
         return false;
     press(context, key);
-    // The ends of the text are also the ends of what scrolls.
-    if (key == NK_KEY_TEXT_START)
+    // Home and End, with Control or without, also go to the ends of what scrolls.
+    if (key == NK_KEY_TEXT_START || key == NK_KEY_TEXT_LINE_START)
         press(context, NK_KEY_SCROLL_START);
-    if (key == NK_KEY_TEXT_END)
+    if (key == NK_KEY_TEXT_END || key == NK_KEY_TEXT_LINE_END)
         press(context, NK_KEY_SCROLL_END);
-    shift.down = event.shift ? nk_true : nk_false;
-    taken.key_used = true;
     taken.reached = phase_of(key);
     return true;
 }
@@ -117,9 +142,7 @@ bool take_event(batch &taken, nk_context *context, const input_event &event)
     case input_kind::button:
         return take_button(taken, context, event);
     case input_kind::scroll:
-        nk_input_scroll(context, nk_vec2(event.x, event.y));
-        taken.pointer_used = true;
-        return true;
+        return take_scroll(taken, context, event);
     case input_kind::character:
         return take_character(taken, context, event);
     case input_kind::key:

@@ -27,5 +27,42 @@ static FILE *open_font(const char *path)
 #undef GL_UNSIGNED_SHORT
 #define GL_UNSIGNED_SHORT GL_UNSIGNED_INT
 
+// It clips each command; what is drawn as a whole may be limited besides.
+static struct {
+    GLint left, bottom, right, top;
+} drawing_limit;
+
+static void scissor_within_limit(GLint x, GLint y, GLsizei width, GLsizei height)
+{
+    const GLint left = x > drawing_limit.left ? x : drawing_limit.left;
+    const GLint bottom = y > drawing_limit.bottom ? y : drawing_limit.bottom;
+    const GLint right = x + width < drawing_limit.right ? x + width : drawing_limit.right;
+    const GLint top = y + height < drawing_limit.top ? y + height : drawing_limit.top;
+    glScissor(left, bottom, right > left ? right - left : 0, top > bottom ? top - bottom : 0);
+}
+#define glScissor(x, y, width, height) scissor_within_limit(x, y, width, height)
+
 #define NK_GLFW_GL3_IMPLEMENTATION
 #include <nuklear_glfw_gl3.h>
+
+namespace vimbo
+{
+
+void render_backend_within(GLint left, GLint bottom, GLint right, GLint top)
+{
+    constexpr int vertex_buffer_size = 16777216;
+    constexpr int element_buffer_size = 4194304;
+    drawing_limit = {left, bottom, right, top};
+    nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
+    // The backend leaves each frame's draw commands where it has put them, and the
+    // next frame's behind them: kilobytes with every frame, all day long.
+    nk_buffer_clear(glfw.ctx.draw_list.buffer);
+}
+
+void render_backend()
+{
+    constexpr GLint far_away = 1 << 28;
+    render_backend_within(-far_away, -far_away, far_away, far_away);
+}
+
+} // namespace vimbo

@@ -7,6 +7,9 @@ namespace vimbo
 
 std::size_t character_bytes(std::string_view text)
 {
+    // Most are ASCII, and a text has tens of thousands.
+    if (!text.empty() && static_cast<unsigned char>(text[0]) < 0x80)
+        return 1;
     nk_rune character = 0;
     return static_cast<std::size_t>(
         nk_utf_decode(text.data(), &character, static_cast<int>(text.size())));
@@ -14,7 +17,12 @@ std::size_t character_bytes(std::string_view text)
 
 int character_count(std::string_view text)
 {
-    return nk_utf_len(text.data(), static_cast<int>(text.size()));
+    int count = 0;
+    while (const std::size_t bytes = character_bytes(text)) {
+        text.remove_prefix(bytes);
+        ++count;
+    }
+    return count;
 }
 
 std::size_t character_offset(std::string_view text, int index)

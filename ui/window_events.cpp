@@ -2,8 +2,10 @@
 
 #include "platform/window_system.hpp"
 #include "ui/nuklear_backend.hpp"
+#include "ui/take_key.hpp"
 
 #include <cctype>
+#include <cmath>
 
 namespace vimbo
 {
@@ -32,10 +34,14 @@ nk_keys function_key(int key, bool control)
         return control ? NK_KEY_TEXT_WORD_LEFT : NK_KEY_LEFT;
     case GLFW_KEY_RIGHT:
         return control ? NK_KEY_TEXT_WORD_RIGHT : NK_KEY_RIGHT;
+    case GLFW_KEY_ESCAPE:
+        return escape_key;
     case GLFW_KEY_HOME:
-        return NK_KEY_TEXT_START;
+        return control ? NK_KEY_TEXT_START : NK_KEY_TEXT_LINE_START;
     case GLFW_KEY_END:
-        return NK_KEY_TEXT_END;
+        return control ? NK_KEY_TEXT_END : NK_KEY_TEXT_LINE_END;
+    case GLFW_KEY_F3:
+        return find_key;
     case GLFW_KEY_PAGE_UP:
         return NK_KEY_SCROLL_UP;
     case GLFW_KEY_PAGE_DOWN:
@@ -74,7 +80,8 @@ nk_keys shortcut(char letter, bool shift)
 // on a keyboard of the usual Latin layout.
 char letter_of(int key, int scancode)
 {
-    const char *name = glfwGetKeyName(key, scancode);
+    // GLFW takes the question for an error where the key is none of its own.
+    const char *name = key != GLFW_KEY_UNKNOWN ? glfwGetKeyName(key, scancode) : nullptr;
     const bool latin = name != nullptr && name[0] != '\0' && name[1] == '\0' &&
                        std::isalpha(static_cast<unsigned char>(name[0])) != 0;
     if (latin)
@@ -98,7 +105,7 @@ void on_key(GLFWwindow *window, int key, int scancode, int action, int modifiers
     if (code == NK_KEY_NONE && control)
         code = shortcut(letter_of(key, scancode), shift);
     if (code != NK_KEY_NONE)
-        queue_input(queue_of(window), {input_kind::key, true, shift, code, 0, 0});
+        queue_input(queue_of(window), {input_kind::key, true, shift, code, 0, 0, control});
 }
 
 void on_character(GLFWwindow *window, unsigned int code_point)
@@ -135,9 +142,10 @@ void note_pointer(GLFWwindow *window)
 
 // GLFW tells of no motion outside, nor of one that it finds to end where the last
 // one did.
-void on_pointer_crossed_edge(GLFWwindow *window, int /*entered*/)
+void on_pointer_crossed_edge(GLFWwindow *window, int entered)
 {
-    note_pointer(window);
+    if (entered == GLFW_FALSE || !queue_of(window).entry_told)
+        note_pointer(window);
 }
 
 // The pointer has then another place in the window without having moved.
@@ -146,7 +154,22 @@ void on_window_moved(GLFWwindow *window, int /*x*/, int /*y*/)
     note_pointer(window);
 }
 
-void on_button(GLFWwindow *window, int button, int action, int /*modifiers*/)
+// True of a press of the left button soon after the one before, at its place.
+bool is_pressed_again(input_queue &queue, bool left)
+{
+    constexpr double soon = 0.4; // seconds
+    constexpr float nearby = 4;  // pixels
+    const double now = glfwGetTime();
+    const bool again = left && now - queue.pressed_at < soon &&
+                       std::abs(queue.pointer_x - queue.pressed_x) <= nearby &&
+                       std::abs(queue.pointer_y - queue.pressed_y) <= nearby;
+    queue.pressed_at = left ? now : -soon;
+    queue.pressed_x = queue.pointer_x;
+    queue.pressed_y = queue.pointer_y;
+    return again;
+}
+
+void on_button(GLFWwindow *window, int button, int action, int modifiers)
 {
     nk_buttons code = NK_BUTTON_LEFT;
     if (button == GLFW_MOUSE_BUTTON_MIDDLE)
@@ -158,14 +181,24 @@ void on_button(GLFWwindow *window, int button, int action, int /*modifiers*/)
     // Not where GLFW finds the pointer: that is where it is now, however long ago
     // the button was pressed.
     input_queue &queue = queue_of(window);
-    queue_input(queue, {input_kind::button, action == GLFW_PRESS, false, code, queue.pointer_x,
-                        queue.pointer_y});
+    const bool down = action == GLFW_PRESS;
+    const bool again = down && is_pressed_again(queue, code == NK_BUTTON_LEFT);
+    queue_input(queue,
+                {input_kind::button, down, (modifiers & GLFW_MOD_SHIFT) != 0, code, queue.pointer_x,
+                 queue.pointer_y, (modifiers & GLFW_MOD_CONTROL) != 0, again});
+}
+
+bool is_held(GLFWwindow *window, int left, int right)
+{
+    return glfwGetKey(window, left) == GLFW_PRESS || glfwGetKey(window, right) == GLFW_PRESS;
 }
 
 void on_scroll(GLFWwindow *window, double x, double y)
 {
-    queue_input(queue_of(window), {input_kind::scroll, false, false, 0, static_cast<float>(x),
-                                   static_cast<float>(y)});
+    const bool shift = is_held(window, GLFW_KEY_LEFT_SHIFT, GLFW_KEY_RIGHT_SHIFT);
+    const bool control = is_held(window, GLFW_KEY_LEFT_CONTROL, GLFW_KEY_RIGHT_CONTROL);
+    queue_input(queue_of(window), {input_kind::scroll, false, shift, 0, static_cast<float>(x),
+                                   static_cast<float>(y), control});
 }
 
 void on_refresh(GLFWwindow *window)
@@ -186,7 +219,7 @@ void watch_input(GLFWwindow *window, input_queue &queue)
     glfwSetScrollCallback(window, on_scroll);
     glfwSetWindowRefreshCallback(window, on_refresh);
     glfwSetWindowPosCallback(window, on_window_moved);
-    watch_pointer_entry(window, on_motion);
+    queue.entry_told = watch_pointer_entry(window, on_motion);
     note_pointer(window);
 }
 

@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 
 // This header does not say of itself that it is C.
 extern "C" {
@@ -158,6 +159,8 @@ void drop_waiting_output(const command_slot &slot)
 
 FILE *open_command(const char *command)
 {
+    // Where the one who started this program has it ignored, children leave no status.
+    std::signal(SIGCHLD, SIG_DFL);
     collect_released_commands();
     command_slot *slot = find_free_slot();
     int ends[2] = {};

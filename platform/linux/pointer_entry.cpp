@@ -9,6 +9,7 @@
 #include <GLFW/glfw3.h>
 #include <GLFW/glfw3native.h>
 
+#include <cstdint>
 #include <cstring>
 
 namespace vimbo
@@ -88,13 +89,14 @@ constexpr wl_registry_listener registry_listener = {
 
 } // namespace
 
-void watch_pointer_entry(GLFWwindow *window,
+bool watch_pointer_entry(GLFWwindow *window,
                          void (*entered)(GLFWwindow *window, double x, double y))
 {
     if (glfwGetPlatform() != GLFW_PLATFORM_WAYLAND)
-        return;
+        return false;
     watched = {window, entered, wl_display_get_registry(glfwGetWaylandDisplay()), nullptr, nullptr};
     wl_registry_add_listener(watched.registry, &registry_listener, nullptr);
+    return true;
 }
 
 void unwatch_pointer_entry()

@@ -1,5 +1,8 @@
 #include "platform/tree_walk.hpp"
 
+#include "platform/entry_list.hpp"
+#include "platform/visited_directories.hpp"
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -7,7 +10,6 @@
 
 #include <climits>
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
 
 namespace vimbo
@@ -16,11 +18,6 @@ namespace vimbo
 namespace
 {
 
-// Links are what lets a walk come to a directory twice, or for ever. With so many
-// directories remembered, links to further ones are not followed.
-constexpr std::size_t memory_slots = 16384; // 256 KiB
-constexpr std::size_t remembered_directories = memory_slots / 4 * 3;
-
 // Each directory on the way down adds a separator and a character, so that the
 // longest path has no more of them.
 constexpr std::size_t max_depth = PATH_MAX / 2;
@@ -28,22 +25,15 @@ constexpr std::size_t max_depth = PATH_MAX / 2;
 // Descriptors that a walk may take of the program's 1024.
 constexpr std::size_t max_open_directories = 256;
 
-struct directory_id {
-    dev_t device;
-    ino_t number; // 0 in a free slot: file systems number from 1
-};
-
-// A hash set.
-struct visited_directories {
-    directory_id slots[memory_slots];
-    std::size_t count;
-};
-
+// Its entries are read at once and sorted, or where there is no memory left for that,
+// one by one, as the directory has them.
 struct open_level {
-    DIR *stream;             // null while deeper levels need its descriptor
-    long place;              // where it goes on after that
     std::size_t path_length; // of the directory
     bool is_searchable;      // its entries can be reached, not only be read
+    bool is_sorted;
+    entry_list entries; // sorted
+    DIR *stream;        // not sorted; null while deeper levels need its descriptor
+    long place;         // where it goes on after that
 };
 
 struct tree_walk {
@@ -54,34 +44,8 @@ struct tree_walk {
     open_level levels[max_depth];
     std::size_t depth;
     visited_directories visited;
+    entry_memory entries;
 };
-
-directory_id *slot_of(visited_directories &visited, const struct stat &status)
-{
-    // Fibonacci hashing: 2^64 divided by the golden ratio; collisions go on to the
-    // next slot.
-    constexpr std::uint64_t multiplier = 0x9E3779B97F4A7C15;
-    const std::uint64_t hash = (status.st_ino ^ (status.st_dev << 32)) * multiplier;
-    std::size_t at = static_cast<std::size_t>(hash >> 32) % memory_slots;
-    while (visited.slots[at].number != 0 &&
-           (visited.slots[at].number != status.st_ino || visited.slots[at].device != status.st_dev))
-        at = (at + 1) % memory_slots;
-    return &visited.slots[at];
-}
-
-// True when the walk is to go into a directory that it came to.
-bool is_first_visit(visited_directories &visited, const struct stat &status,
-                    bool maybe_through_link)
-{
-    directory_id *slot = slot_of(visited, status);
-    if (slot->number != 0)
-        return false;
-    if (visited.count == remembered_directories)
-        return !maybe_through_link;
-    *slot = {status.st_dev, status.st_ino};
-    ++visited.count;
-    return true;
-}
 
 void set_path_length(tree_walk &walk, std::size_t length)
 {
@@ -104,6 +68,11 @@ bool set_name(tree_walk &walk, const char *name)
     return true;
 }
 
+bool is_the_directory_or_its_parent(const char *name)
+{
+    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
+}
+
 void suspend(open_level &level)
 {
     if (level.stream == nullptr)
@@ -113,6 +82,53 @@ void suspend(open_level &level)
     level.stream = nullptr;
 }
 
+entry_type type_of(const struct stat &status)
+{
+    if (S_ISREG(status.st_mode))
+        return entry_type::file;
+    return S_ISDIR(status.st_mode) ? entry_type::link_to_directory : entry_type::other;
+}
+
+// The directory's next entry; its name is null at the end. Only where the directory
+// does not say what the entry is, the system is asked: for each of thousands of files
+// that would take most of the walk.
+entry read_entry(DIR *directory, bool is_searchable)
+{
+    const dirent *found = nullptr;
+    do
+        found = readdir(directory);
+    while (found != nullptr && is_the_directory_or_its_parent(found->d_name));
+    if (found == nullptr)
+        return {nullptr, entry_type::other};
+    const auto type = is_searchable ? found->d_type : static_cast<unsigned char>(DT_UNKNOWN);
+    if (type == DT_REG)
+        return {found->d_name, entry_type::file};
+    if (type == DT_DIR)
+        return {found->d_name, entry_type::directory};
+    struct stat status = {};
+    if ((type != DT_LNK && type != DT_UNKNOWN) ||
+        fstatat(dirfd(directory), found->d_name, &status, 0) != 0)
+        return {found->d_name, entry_type::other};
+    return {found->d_name, type_of(status)};
+}
+
+// False, and nothing of it taken, when there is no memory for all of the directory.
+bool read_sorted(entry_memory &memory, open_level &level)
+{
+    level.entries = begin_list(memory);
+    for (;;) {
+        const entry found = read_entry(level.stream, level.is_searchable);
+        if (found.name == nullptr)
+            break;
+        if (!append_entry(memory, level.entries, found)) {
+            drop_list(memory, level.entries);
+            return false;
+        }
+    }
+    sort_list(memory, level.entries);
+    return true;
+}
+
 void enter_directory(tree_walk &walk)
 {
     if (walk.depth >= max_open_directories)
@@ -120,61 +136,73 @@ void enter_directory(tree_walk &walk)
     DIR *stream = opendir(walk.path);
     if (stream == nullptr)
         return;
-    const bool is_searchable = faccessat(AT_FDCWD, walk.path, X_OK, AT_EACCESS) == 0;
-    walk.levels[walk.depth++] = {stream, 0, walk.path_length, is_searchable};
+    open_level &level = walk.levels[walk.depth++];
+    level = {.path_length = walk.path_length,
+             .is_searchable = faccessat(AT_FDCWD, walk.path, X_OK, AT_EACCESS) == 0,
+             .is_sorted = false,
+             .entries = {},
+             .stream = stream,
+             .place = 0};
+    level.is_sorted = read_sorted(walk.entries, level);
+    if (!level.is_sorted) {
+        rewinddir(stream);
+        return;
+    }
+    closedir(stream);
+    level.stream = nullptr;
 }
 
 void leave_directory(tree_walk &walk)
 {
-    DIR *stream = walk.levels[--walk.depth].stream;
-    if (stream != nullptr)
-        closedir(stream);
+    const open_level &level = walk.levels[--walk.depth];
+    if (level.is_sorted)
+        drop_list(walk.entries, level.entries);
+    if (level.stream != nullptr)
+        closedir(level.stream);
 }
 
-// The next entry of the deepest directory; null at its end.
-const dirent *next_entry(tree_walk &walk)
+bool next_unsorted_entry(const tree_walk &walk, open_level &level, entry &found)
 {
-    open_level &level = walk.levels[walk.depth - 1];
-    set_path_length(walk, level.path_length);
     if (level.stream == nullptr) {
         level.stream = opendir(walk.path);
         if (level.stream == nullptr)
-            return nullptr;
+            return false;
         seekdir(level.stream, level.place);
     }
-    return readdir(level.stream);
+    found = read_entry(level.stream, level.is_searchable);
+    return found.name != nullptr;
 }
 
-// Reports what stands at the walk's path. `type` is what its directory says of it:
-// asking the system for each of thousands of files would take most of the walk.
-void take_entry(tree_walk &walk, unsigned char type)
+// Makes `found` the next entry of the deepest directory. False at its end.
+bool take_next(tree_walk &walk, entry &found)
+{
+    open_level &level = walk.levels[walk.depth - 1];
+    set_path_length(walk, level.path_length);
+    return level.is_sorted ? next_entry(walk.entries, level.entries, found)
+                           : next_unsorted_entry(walk, level, found);
+}
+
+// Reports what stands at the walk's path.
+void take_entry(tree_walk &walk, entry_type type)
 {
     struct stat status = {};
     entry_kind kind = entry_kind::other;
-    if (type == DT_REG)
+    if (type == entry_type::file)
         kind = entry_kind::file;
-    else if ((type == DT_DIR || type == DT_LNK || type == DT_UNKNOWN) &&
-             stat(walk.path, &status) == 0) {
-        if (S_ISREG(status.st_mode))
-            kind = entry_kind::file;
-        else if (S_ISDIR(status.st_mode))
-            kind = entry_kind::directory;
-    }
-    if (kind == entry_kind::directory && !is_first_visit(walk.visited, status, type != DT_DIR))
+    else if (type != entry_type::other && stat(walk.path, &status) == 0 && S_ISDIR(status.st_mode))
+        kind = entry_kind::directory;
+    if (kind == entry_kind::directory &&
+        !is_first_visit(walk.visited, {status.st_dev, status.st_ino},
+                        type == entry_type::link_to_directory))
         return;
     walk.visit(walk.path, kind, walk.user);
     if (kind == entry_kind::directory)
         enter_directory(walk);
 }
 
-bool is_the_directory_or_its_parent(const char *name)
-{
-    return std::strcmp(name, ".") == 0 || std::strcmp(name, "..") == 0;
-}
-
 // Begins at `directory`, its trailing separators aside. False when there is no such
-// thing.
-bool start_walk(tree_walk &walk, const char *directory)
+// thing; else `type` says what it is.
+bool start_walk(tree_walk &walk, const char *directory, entry_type &type)
 {
     std::size_t length = std::strlen(directory);
     while (length > 1 && directory[length - 1] == '/')
@@ -184,29 +212,33 @@ bool start_walk(tree_walk &walk, const char *directory)
     std::memcpy(walk.path, directory, length);
     set_path_length(walk, length);
     walk.depth = 0;
+    walk.entries.text_bytes = 0;
+    walk.entries.entry_count = 0;
     std::memset(&walk.visited, 0, sizeof walk.visited);
     struct stat status = {};
-    return stat(walk.path, &status) == 0;
+    if (stat(walk.path, &status) != 0)
+        return false;
+    type = type_of(status);
+    return true;
 }
 
 } // namespace
 
 void walk_tree(const char *directory, tree_visitor visit, void *user)
 {
-    static tree_walk walk; // 300 KiB, too much for a frame of the stack
+    static tree_walk walk; // 3 MiB, too much for a frame of the stack
     walk.visit = visit;
     walk.user = user;
-    if (!start_walk(walk, directory))
+    entry_type type = entry_type::other;
+    if (!start_walk(walk, directory, type))
         return;
-    take_entry(walk, DT_UNKNOWN);
+    take_entry(walk, type);
     while (walk.depth > 0) {
-        const bool is_searchable = walk.levels[walk.depth - 1].is_searchable;
-        const dirent *entry = next_entry(walk);
-        if (entry == nullptr)
+        entry found = {};
+        if (!take_next(walk, found))
             leave_directory(walk);
-        else if (!is_the_directory_or_its_parent(entry->d_name) && set_name(walk, entry->d_name))
-            take_entry(walk,
-                       is_searchable ? entry->d_type : static_cast<unsigned char>(DT_UNKNOWN));
+        else if (set_name(walk, found.name))
+            take_entry(walk, found.type);
     }
 }
 

@@ -37,6 +37,12 @@ bool start_other_window_system()
     return start_quietly(other);
 }
 
+void show_frames_at_once()
+{
+    if (glfwGetPlatform() == GLFW_PLATFORM_WAYLAND)
+        glfwSwapInterval(0);
+}
+
 #else
 
 // This GLFW was built for one window system.
@@ -51,6 +57,9 @@ bool start_other_window_system()
     glfwTerminate();
     return false;
 }
+
+// X takes every frame.
+void show_frames_at_once() {}
 
 #endif
 

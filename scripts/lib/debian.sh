@@ -33,6 +33,13 @@ install_packages() {
         fail "apt-get could not install: ${missing[*]}"
 }
 
+# True on the releases of Debian that the set-up is made for.
+is_known_release() {
+    [ -r /etc/os-release ] &&
+        [[ $(. /etc/os-release && echo "${ID:-} ${VERSION_ID:-}") =~ ^debian\ 1[23]$ ]]
+}
+
+# Known only once apt has its lists.
 debian_mirror() {
     apt-get indextargets --format '$(REPO_URI) $(ORIGIN) $(LABEL)' 'Created-By: Packages' |
         awk '$2 == "Debian" && $3 == "Debian" && !found { found = $1 } END { print found }'
@@ -45,7 +52,6 @@ private_apt() {
     local root=$1 release=$2 mirror
     mirror=$(debian_mirror)
     if [ -z "$mirror" ]; then
-        # Known only once the lists are there.
         as_root apt-get -qq update || fail "apt-get update failed"
         mirror=$(debian_mirror)
     fi

@@ -42,7 +42,7 @@ void edit_source(ui_driver &driver)
     driver.choose("--", "rosette.lua");
     driver.screen().click(driver.editor());
     driver.screen().key("Up");
-    driver.screen().key("Home");
+    driver.screen().key("ctrl+Home");
     driver.screen().type(U"-- edited on the screen: ");
 }
 

@@ -57,7 +57,8 @@ protected:
         }
         panels.type("typed");
         panels.frame();
-        for (int i = 0; i < 10; ++i) {
+        // No further: the text that was open before is a step, too.
+        for (int i = 0; i < 10 && edited() != text; ++i) {
             panels.key(NK_KEY_TEXT_UNDO);
             panels.frame();
             panels.frame();

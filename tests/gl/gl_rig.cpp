@@ -4,13 +4,14 @@
 
 #include <GLFW/glfw3.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <csignal>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
+#include <mutex>
+#include <string>
+#include <thread>
 
 namespace rig
 {
@@ -74,6 +75,8 @@ int live_objects()
 {
     // Drivers give names in order, so those of a test's few objects are low.
     constexpr GLuint names = 4096;
+    // One that is in use stays there although it was deleted.
+    glUseProgram(0);
     int count = 0;
     for (GLuint name = 1; name < names; ++name) {
         count += glIsBuffer(name) + glIsVertexArray(name);
@@ -146,24 +149,42 @@ bool make_context()
 // A test that hangs is named, as all of them together are one to whoever runs them.
 class hang_watch : public testing::EmptyTestEventListener
 {
+public:
+    hang_watch()
+    {
+        std::thread([this] { watch(); }).detach();
+    }
+
+private:
     void OnTestStart(const testing::TestInfo &test) override
     {
-        constexpr unsigned int limit = 100; // seconds
-        std::snprintf(hung, sizeof hung, "\n%s.%s does not end\n", test.test_suite_name(),
-                      test.name());
-        std::signal(SIGALRM, [](int) {
-            (void)!write(STDERR_FILENO, hung, std::strlen(hung));
-            _exit(1);
-        });
-        alarm(limit);
+        const std::lock_guard held(lock);
+        running = std::string(test.test_suite_name()) + '.' + test.name();
+        begun = std::chrono::steady_clock::now();
     }
 
     void OnTestEnd(const testing::TestInfo & /*test*/) override
     {
-        alarm(0);
+        const std::lock_guard held(lock);
+        running.clear();
     }
 
-    static inline char hung[256];
+    void watch()
+    {
+        constexpr std::chrono::seconds limit(100);
+        for (;;) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(500));
+            const std::lock_guard held(lock);
+            if (running.empty() || std::chrono::steady_clock::now() - begun < limit)
+                continue;
+            std::fprintf(stderr, "\n%s does not end\n", running.c_str());
+            std::_Exit(1);
+        }
+    }
+
+    std::mutex lock;
+    std::string running; // empty between the tests
+    std::chrono::steady_clock::time_point begun;
 };
 
 } // namespace

@@ -1,10 +1,5 @@
 // The kept picture against one drawn directly, pixel by pixel, in the window.
-#include "mosaic/load_mosaic.hpp"
-#include "render/path_program.hpp"
-#include "render/preview_picture.hpp"
-#include "render/tray_outline.hpp"
-#include "tests/gl/gl_rig.hpp"
-#include "tests/support/scratch.hpp"
+#include "tests/gl/preview_rig.hpp"
 #include "ui/fixed_text.hpp"
 
 #include <gtest/gtest.h>
@@ -19,30 +14,12 @@ namespace
 
 using namespace rig;
 
-using pixels = std::vector<unsigned char>;
-
-class KeptPicture : public testing::Test
+class KeptPicture : public preview_rig
 {
 protected:
     KeptPicture()
     {
-        frame.window_width = window_width;
-        frame.window_height = window_height;
-        preview.rectangle = {.x = 61, .y = 33, .w = 480, .h = 371};
         load(20000, 1);
-    }
-    ~KeptPicture() override
-    {
-        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        vimbo::delete_offscreen(kept.shown.target);
-        vimbo::delete_offscreen(kept.next.target);
-        vimbo::set_text(mosaic.mosaic_path, "");
-        vimbo::load_mosaic(mosaic);
-        glDeleteVertexArrays(1, &outline.vertex_array);
-        glDeleteBuffers(1, &outline.buffer);
-        glUseProgram(0);
-        glDeleteProgram(program);
-        EXPECT_EQ(live_objects(), objects) << "objects are left";
     }
 
     // Random moves, most of them short, as in a mosaic.
@@ -58,67 +35,7 @@ protected:
             last = {near(last.x), near(last.y)};
             points.push_back(last);
         }
-        write_file(place.file("mosaic"), mosaic_bytes(points));
-        vimbo::set_text(mosaic.mosaic_path, place.file("mosaic"));
-        vimbo::load_mosaic(mosaic);
-    }
-
-    vimbo::picture_parts parts() const
-    {
-        return {program, mosaic, outline};
-    }
-
-    static pixels window_pixels()
-    {
-        pixels all(std::size_t{window_width} * window_height * 4);
-        glReadPixels(0, 0, window_width, window_height, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
-        return all;
-    }
-
-    static void blacken()
-    {
-        glClearColor(0, 0, 0, 1);
-        glClear(GL_COLOR_BUFFER_BIT);
-    }
-
-    // One frame, without any slices between it and the next.
-    void draw_frame()
-    {
-        blacken();
-        vimbo::draw_preview(frame, preview, parts(), kept);
-    }
-
-    void finish()
-    {
-        constexpr int most_slices = 100000;
-        draw_frame();
-        for (int i = 0; i < most_slices && vimbo::is_unfinished(kept); ++i)
-            vimbo::draw_slice(kept, parts());
-        EXPECT_FALSE(vimbo::is_unfinished(kept)) << "slices without an end";
-        draw_frame();
-    }
-
-    pixels direct_pixels()
-    {
-        blacken();
-        vimbo::draw_preview_directly(frame, preview, parts());
-        return window_pixels();
-    }
-
-    // Leaves both, and where they differ, as a file to look at; says where.
-    static std::string save_both(const pixels &drawn, const pixels &wanted)
-    {
-        return drawn == wanted ? "alike"
-                               : save_difference(image_of(wanted, window_width, window_height),
-                                                 image_of(drawn, window_width, window_height));
-    }
-
-    static int differing(const pixels &a, const pixels &b)
-    {
-        int count = 0;
-        for (std::size_t i = 0; i < a.size(); i += 4)
-            count += std::equal(&a[i], &a[i] + 4, &b[i]) ? 0 : 1;
-        return count;
+        preview_rig::load(points);
     }
 
     // The tray alone.
@@ -128,18 +45,6 @@ protected:
         blacken();
         vimbo::draw_preview_directly(frame, preview, {program, none, outline});
         return window_pixels();
-    }
-
-    void expect_direct_picture(const char *when)
-    {
-        const pixels kept_pixels = window_pixels();
-        expect_same(kept_pixels, direct_pixels(), when);
-    }
-
-    // The window as it was drawn last against these pixels.
-    static void expect_same(const pixels &drawn, const pixels &wanted, const char *when)
-    {
-        EXPECT_EQ(differing(drawn, wanted), 0) << when << ": " << save_both(drawn, wanted);
     }
 
     // Both ways of getting there: at once, and in slices between frames.
@@ -154,15 +59,6 @@ protected:
         finish();
         expect_direct_picture(when);
     }
-
-    scratch_directory place;
-    const int objects = live_objects();
-    GLuint program = vimbo::build_path_program();
-    vimbo::path_buffer outline = vimbo::build_tray_outline(25600000, 25600000, 2560000);
-    vimbo::frame_state frame = {};
-    vimbo::preview_state preview = {};
-    vimbo::mosaic_state mosaic = {};
-    vimbo::kept_picture kept = {};
 };
 
 TEST_F(KeptPicture, HasThePixelsOfADirectDraw)

@@ -1,11 +1,5 @@
 // Pictures drawn newest first against direct ones, pixel by pixel, in the window.
-#include "mosaic/load_mosaic.hpp"
-#include "render/path_program.hpp"
-#include "render/preview_picture.hpp"
-#include "render/tray_outline.hpp"
-#include "tests/gl/gl_rig.hpp"
-#include "tests/support/scratch.hpp"
-#include "ui/fixed_text.hpp"
+#include "tests/gl/preview_rig.hpp"
 
 #include <gtest/gtest.h>
 
@@ -20,8 +14,6 @@ namespace
 
 using namespace rig;
 using vimbo::path_vertex;
-
-using pixels = std::vector<unsigned char>;
 
 constexpr std::int32_t millimetre = vimbo::length_units_per_mm;
 
@@ -107,76 +99,23 @@ std::vector<path_vertex> on_the_grid(int moves, const struct nk_rect &area)
     return points;
 }
 
-class NewestFirst : public testing::Test
+class NewestFirst : public preview_rig
 {
 protected:
-    NewestFirst()
+    // A frame into which nothing is taken to fit.
+    void draw_short_frame()
     {
-        frame.window_width = window_width;
-        frame.window_height = window_height;
-        preview.rectangle = {.x = 61, .y = 33, .w = 480, .h = 371};
-    }
-    ~NewestFirst() override
-    {
-        EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
-        vimbo::delete_offscreen(kept->shown.target);
-        vimbo::delete_offscreen(kept->next.target);
-        vimbo::set_text(mosaic.mosaic_path, "");
-        vimbo::load_mosaic(mosaic);
-        glDeleteVertexArrays(1, &outline.vertex_array);
-        glDeleteBuffers(1, &outline.buffer);
-        glUseProgram(0);
-        glDeleteProgram(program);
-        EXPECT_EQ(live_objects(), objects) << "objects are left";
-    }
-
-    void load(const std::vector<path_vertex> &points)
-    {
-        write_file(place.file("mosaic"), mosaic_bytes(points));
-        vimbo::set_text(mosaic.mosaic_path, place.file("mosaic"));
-        vimbo::load_mosaic(mosaic);
-    }
-
-    vimbo::picture_parts parts() const
-    {
-        return {program, mosaic, outline};
-    }
-
-    static pixels window_pixels()
-    {
-        pixels all(std::size_t{window_width} * window_height * 4);
-        glReadPixels(0, 0, window_width, window_height, GL_RGBA, GL_UNSIGNED_BYTE, all.data());
-        return all;
-    }
-
-    void draw_frame()
-    {
-        kept->pace.vertices_per_second = 1; // nothing is taken to fit into a frame
-        vimbo::draw_preview(frame, preview, parts(), *kept);
-    }
-
-    // Slices, so many at most, that are as long as the pace has it.
-    void draw_slices(int most)
-    {
-        for (int i = 0; i < most && vimbo::is_unfinished(*kept); ++i)
-            vimbo::draw_slice(*kept, parts());
+        kept.pace.vertices_per_second = 1;
+        draw_frame();
     }
 
     void expect_direct_picture(const std::string &when)
     {
-        kept->pass.batches = -1;
-        draw_frame();
-        draw_slices(100000);
-        ASSERT_FALSE(vimbo::is_unfinished(*kept)) << "slices without an end " << when;
-        draw_frame();
-        EXPECT_GE(kept->pass.batches, 0) << "drawn in order " << when;
-        const pixels drawn = window_pixels();
-        vimbo::draw_preview_directly(frame, preview, parts());
-        const pixels wanted = window_pixels();
-        int differing = 0;
-        for (std::size_t i = 0; i < drawn.size(); i += 4)
-            differing += std::equal(&drawn[i], &drawn[i] + 4, &wanted[i]) ? 0 : 1;
-        EXPECT_EQ(differing, 0) << when;
+        kept.pass.batches = -1;
+        kept.pace.vertices_per_second = 1;
+        finish();
+        EXPECT_GE(kept.pass.batches, 0) << "drawn in order " << when;
+        preview_rig::expect_direct_picture(when);
     }
 
     void expect_direct_views(const std::string &what)
@@ -196,15 +135,6 @@ protected:
         preview.pan_x = 0;
         preview.pan_y = 0;
     }
-
-    scratch_directory place;
-    const int objects = live_objects();
-    GLuint program = vimbo::build_path_program();
-    vimbo::path_buffer outline = vimbo::build_tray_outline(25600000, 25600000, 2560000);
-    vimbo::frame_state frame = {};
-    vimbo::preview_state preview = {};
-    vimbo::mosaic_state mosaic = {};
-    std::unique_ptr<vimbo::kept_picture> kept = std::make_unique<vimbo::kept_picture>();
 };
 
 TEST_F(NewestFirst, HasThePixelsOfADirectDrawWhateverThePath)
@@ -244,7 +174,7 @@ TEST_F(NewestFirst, HasThePixelsOfADirectDrawAtEachStepOfAReplay)
 {
     load(scatter(100000, 2.0 * millimetre, 8));
     preview.replay_position = 0;
-    draw_frame();
+    draw_short_frame();
     for (preview.replay_position = 1; preview.replay_position <= vimbo::replay_end;
          preview.replay_position += 17)
         expect_direct_picture("step " + std::to_string(preview.replay_position));
@@ -259,16 +189,16 @@ TEST_F(NewestFirst, GoesOnWhenAReplayDoesSoBeforeAPassHasEnded)
     expect_direct_picture("half way");
     for (std::size_t position = 61; position < 90; ++position) {
         preview.replay_position = position;
-        kept->chunks.boxed_vertices = 0; // nothing is drawn in the frame itself
-        kept->pass_pace.slice_vertices = 1024;
-        draw_frame();
+        kept.chunks.boxed_vertices = 0; // nothing is drawn in the frame itself
+        kept.pass_pace.slice_vertices = 1024;
+        draw_short_frame();
         draw_slices(2);
     }
     preview.replay_position = 120;
     expect_direct_picture("after steps that were not waited for");
     preview.replay_position = 200;
-    kept->chunks.boxed_vertices = 0;
-    draw_frame();
+    kept.chunks.boxed_vertices = 0;
+    draw_short_frame();
     draw_slices(2);
     preview.replay_position = 150;
     expect_direct_picture("after a step back in the middle of a pass");
@@ -279,11 +209,11 @@ TEST_F(NewestFirst, StartsAgainWhereAnotherViewComesBetween)
     load(scatter(100000, 2.0 * millimetre, 12));
     for (const float pan : {0.1F, 0.0F, 0.1F, 0.0F, 0.2F}) {
         preview.pan_x = pan;
-        kept->chunks.boxed_vertices = 0;
-        kept->pass_pace.slice_vertices = 1024;
-        draw_frame();
+        kept.chunks.boxed_vertices = 0;
+        kept.pass_pace.slice_vertices = 1024;
+        draw_short_frame();
         draw_slices(3);
-        EXPECT_TRUE(kept->pass.under_way);
+        EXPECT_TRUE(kept.pass.under_way);
     }
     preview.pan_x = 0;
     expect_direct_picture("back at an earlier view");
@@ -322,8 +252,8 @@ TEST_F(NewestFirst, DrawsLittleOfAPathThatCoversItself)
     expect_direct_picture("at first");
     preview.pan_x = 0.1F;
     expect_direct_picture("of the second view");
-    EXPECT_GT(kept->pass.drawn, 0);
-    EXPECT_LT(kept->pass.drawn, lines * 2 / 3);
+    EXPECT_GT(kept.pass.drawn, 0);
+    EXPECT_LT(kept.pass.drawn, lines * 2 / 3);
 }
 
 TEST_F(NewestFirst, LeavesTheDepthSettingsAsTheyAreByDefault)
@@ -343,12 +273,12 @@ TEST_F(NewestFirst, LeavesTheDepthSettingsAsTheyAreByDefault)
 TEST_F(NewestFirst, IsNotUsedWhereAPictureFitsIntoAFrame)
 {
     load(scatter(2000, 2.0 * millimetre, 17));
-    vimbo::draw_preview(frame, preview, parts(), *kept);
-    EXPECT_FALSE(vimbo::is_unfinished(*kept));
+    vimbo::draw_preview(frame, preview, parts(), kept);
+    EXPECT_FALSE(vimbo::is_unfinished(kept));
     preview.zoom = 2;
-    vimbo::draw_preview(frame, preview, parts(), *kept);
-    EXPECT_EQ(kept->pass.batches, 0);
-    EXPECT_EQ(kept->chunks.boxed_vertices, 0) << "boxes that nobody needs";
+    vimbo::draw_preview(frame, preview, parts(), kept);
+    EXPECT_EQ(kept.pass.batches, 0);
+    EXPECT_EQ(kept.chunks.boxed_vertices, 0) << "boxes that nobody needs";
 }
 
 TEST_F(NewestFirst, ReadsItsBoxesFromWhatTheBufferHolds)

@@ -81,7 +81,7 @@ TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
     EXPECT_TRUE(panels->copied);
     EXPECT_TRUE(alike(show_rectangles(too_many, green), green)) << "the copy is shown";
     EXPECT_FALSE(panels->copied);
-    EXPECT_EQ(panels->command_bytes, 0U) << "what does not fit was noted";
+    EXPECT_EQ(panels->last.size, 0U) << "what does not fit was noted";
     for (int i = 0; i < 2; ++i)
         EXPECT_TRUE(alike(show_rectangles(too_many, red), red)) << "many, frame " << i;
     EXPECT_FALSE(panels->copied) << "what does not fit is taken for what is shown";

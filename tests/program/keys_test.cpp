@@ -1,5 +1,6 @@
 // The editor's keys, pressed on a real keyboard.
 #include "tests/program/program_rig.hpp"
+#include "tests/support/wait.hpp"
 
 namespace
 {
@@ -99,13 +100,130 @@ TEST_F(Keys, MoveTheCursor)
     // Each leaves its mark where it led to.
     const std::pair<std::string_view, char32_t> steps[] = {
         {"End", U'1'},        {"Left", U'2'},      {"Up", U'3'},    {"ctrl+b", U'4'},
-        {"ctrl+e", U'5'},     {"ctrl+Left", U'6'}, {"Right", U'7'}, {"Home", U'8'},
+        {"ctrl+e", U'5'},     {"ctrl+Left", U'6'}, {"Right", U'7'}, {"ctrl+Home", U'8'},
         {"ctrl+Right", U'9'}, {"Down", U'a'},      {"Next", U'b'},  {"Prior", U'c'}};
     for (const auto &[name, mark] : steps) {
         press({name});
         screen->type(std::u32string(1, mark));
     }
     EXPECT_EQ(evaluated_text(), "c8one9 two\n4threae36 7four5\nbfive21");
+    expect_good_end();
+}
+
+TEST_F(Keys, HomeAndEndGoToTheEndsOfTheLineAndWithControlToThoseOfTheText)
+{
+    edit("one\ntwo\nthree");
+    const std::pair<std::string_view, char32_t> steps[] = {
+        {"Up", U'1'}, {"Home", U'2'}, {"End", U'3'}, {"ctrl+Home", U'4'}, {"ctrl+End", U'5'}};
+    for (const auto &[name, mark] : steps) {
+        press({name});
+        screen->type(std::u32string(1, mark));
+    }
+    EXPECT_EQ(evaluated_text(), "4one\n2two13\nthree5");
+    expect_good_end();
+}
+
+TEST_F(Keys, HomeAndEndSelectWithShift)
+{
+    edit("one two\nthree\nfour five");
+    press({"ctrl+Left", "shift+End"});
+    screen->type(U"a");
+    press({"Up", "shift+Home"});
+    screen->type(U"b");
+    press({"ctrl+shift+Home"});
+    screen->type(U"c");
+    EXPECT_EQ(evaluated_text(), "c\nfoura");
+    expect_good_end();
+}
+
+TEST_F(Keys, HomeAndEndGoToTheEndsOfTheNameThatIsTyped)
+{
+    edit("one");
+    driver->toggle("+");
+    screen->click(driver->place_of("a.txt"));
+    press({"Home"});
+    screen->type(U"b");
+    press({"End"});
+    screen->type(U"c");
+    press({"Return"});
+    EXPECT_TRUE(wait_until([this] { return std::filesystem::exists(source("ba.txtc")); }));
+    expect_good_end();
+}
+
+TEST_F(Keys, ControlWithBackspaceAndDeleteTakesAWord)
+{
+    edit("one two three");
+    press({"ctrl+BackSpace"});
+    EXPECT_EQ(evaluated_text(), "one two ");
+    screen->click(driver->editor());
+    press({"Home", "ctrl+Delete"});
+    EXPECT_EQ(evaluated_text(), " two ");
+    expect_good_end();
+}
+
+TEST_F(Keys, F3GoesToTheNextPlaceOfTheSelectionAndWithShiftToThePreviousOne)
+{
+    edit("ab x ab y ab");
+    press({"Home", "shift+Right", "shift+Right", "F3"});
+    screen->type(U"1");
+    EXPECT_EQ(evaluated_text(), "ab x 1 y ab");
+    screen->click(driver->editor());
+    press({"ctrl+z", "shift+Left", "shift+Left", "shift+F3"});
+    screen->type(U"2");
+    EXPECT_EQ(evaluated_text(), "2 x ab y ab");
+    expect_good_end();
+}
+
+TEST_F(Keys, ControlZTakesAWordBackHoweverFastItWasTyped)
+{
+    edit("");
+    screen->type(U"one two");
+    press({"ctrl+z"});
+    EXPECT_EQ(evaluated_text(), "one ");
+    screen->click(driver->editor());
+    screen->type(U"t");
+    screen->type(U"w");
+    screen->type(U"o");
+    press({"ctrl+z"});
+    EXPECT_EQ(evaluated_text(), "one ");
+    expect_good_end();
+}
+
+TEST_F(Keys, ControlZTakesARunOfBackspacesBack)
+{
+    edit("one two");
+    press({"BackSpace", "BackSpace", "BackSpace", "ctrl+z"});
+    EXPECT_EQ(evaluated_text(), "one two");
+    expect_good_end();
+}
+
+TEST_F(Keys, ControlZLeavesTheCursorWhereTheEditWas)
+{
+    edit("aaaa");
+    press({"Home", "Right"});
+    screen->type(U"a");
+    press({"ctrl+z"});
+    screen->type(U"x");
+    EXPECT_EQ(evaluated_text(), "axaaa");
+    expect_good_end();
+}
+
+TEST_F(Keys, ATabIsOneCharacterAndALineEndsBeforeItsCarriageReturn)
+{
+    edit("\tone\r\ntwo");
+    press({"ctrl+Home", "End"});
+    screen->type(U"1");
+    press({"Home", "Right"});
+    screen->type(U"2");
+    EXPECT_EQ(evaluated_text(), "\t2one1\r\ntwo");
+    expect_good_end();
+}
+
+TEST_F(Keys, ControlWithAKeyThatHasNoNamePrintsNothing)
+{
+    edit("one");
+    press({"ctrl+XF86AudioMute", "ctrl+XF86Eject"});
+    EXPECT_EQ(evaluated_text(), "one");
     expect_good_end();
 }
 

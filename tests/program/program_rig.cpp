@@ -7,7 +7,9 @@
 #include <sys/wait.h>
 
 #include <algorithm>
+#include <cmath>
 #include <iostream>
+#include <stdexcept>
 #include <thread>
 
 namespace rig
@@ -27,6 +29,40 @@ ProgramRig::ProgramRig()
     std::filesystem::create_directories(place.file("tray"));
     std::filesystem::remove("/tmp/mero.end");
     std::filesystem::remove("/tmp/vimbo");
+}
+
+std::vector<std::string> ProgramRig::make_display(const start_options &how)
+{
+    if (how.scale == 0) {
+        screen = std::make_unique<x_server>();
+        return {"DISPLAY=" + screen->name()};
+    }
+    constexpr int beside = 100; // where the pointer is outside
+    const int width = static_cast<int>(std::lround(how.width * how.scale));
+    const int height = static_cast<int>(std::lround(how.height * how.scale));
+    screen = std::make_unique<x_server>(width + beside, height);
+    desktop = std::make_unique<compositor>(*screen, width, height, how.scale);
+    return desktop->environment();
+}
+
+void ProgramRig::await_window()
+{
+    if (desktop == nullptr) {
+        window = wait_for_window(*screen);
+        return;
+    }
+    if (!wait_until([this] { return desktop->shows(window_title); }))
+        throw std::runtime_error("the program showed no window");
+    screen->attend_shown_frames(desktop->screen_window());
+    screen->settle();
+}
+
+void ProgramRig::close_window() const
+{
+    if (desktop == nullptr)
+        screen->close_window(window);
+    else
+        desktop->tell("[app_id=\".*\"] kill");
 }
 
 ProgramRig::~ProgramRig()
@@ -52,10 +88,9 @@ void ProgramRig::save_screen_of_failure() const
 void ProgramRig::start(const start_options &how)
 {
     const std::string size = std::to_string(how.width) + ',' + std::to_string(how.height);
-    screen = std::make_unique<x_server>();
     program::options options = {
         .arguments = {VIMBO_PROGRAM, "-s", place.file("src"), "-t", place.file("tray"), "-w", size},
-        .environment = {"DISPLAY=" + screen->name()},
+        .environment = make_display(how),
         .directory = place.path().string(),
         .output = place.file("output"),
         .errors = place.file("errors")};
@@ -63,7 +98,7 @@ void ProgramRig::start(const start_options &how)
     options.environment.insert(options.environment.end(), how.environment.begin(),
                                how.environment.end());
     vimbo = std::make_unique<program>(options);
-    window = wait_for_window(*screen);
+    await_window();
     driver.emplace(*screen, ui_driver::started_with{how.width, how.height, place.file("src"),
                                                     place.file("tray")});
     if (how.bottom || how.preview)
@@ -88,7 +123,7 @@ void ProgramRig::expect_good_end(const std::string &wanted)
         << " were at the start, for " << children_of(id) << " children, of which " << zombies_of(id)
         << " have ended";
     save_screen_of_failure();
-    screen->close_window(window);
+    close_window();
     const int status = vimbo->wait_for_end();
     EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "wait status " << status;
     EXPECT_EQ(printed(), "");

@@ -2,6 +2,7 @@
 // sources, trays and tools, and a driver that plays the operator.
 #pragma once
 
+#include "tests/support/compositor.hpp"
 #include "tests/support/program.hpp"
 #include "tests/support/scratch.hpp"
 #include "tests/support/tool_path.hpp"
@@ -36,6 +37,7 @@ protected:
         bool bottom = false;                       // shows the lower row,
         bool preview = false;                      // the Preview in it,
         bool statistics = false;                   // and the Statistics panel
+        double scale = 0; // pixels in a unit, under a Wayland compositor; 0: under X
     };
     /// Starts it and waits for its first frame.
     void start(const start_options &how);
@@ -87,10 +89,17 @@ protected:
     const scratch_directory place;
     const tool_path tools;
     std::unique_ptr<x_server> screen;
+    std::unique_ptr<compositor> desktop; // where a scale is named
     std::unique_ptr<program> vimbo;
     std::optional<ui_driver> driver;
     unsigned long window = 0;
     std::size_t descriptors = 0;
+
+private:
+    /// Makes the display, and gives what leads to it from the environment.
+    std::vector<std::string> make_display(const start_options &how);
+    void await_window();
+    void close_window() const;
 };
 
 /// A square of marks, its sides so far from the centre, in mm.

@@ -147,7 +147,7 @@ void ui_driver::show_statistics()
 unsigned long wait_for_window(x_server &screen)
 {
     unsigned long window = 0;
-    wait_until([&] { return (window = screen.find_window("Orvanne Material Editor")) != 0; });
+    wait_until([&] { return (window = screen.find_window(window_title)) != 0; });
     if (window == 0)
         throw std::runtime_error("the program showed no window");
     screen.attend(window);

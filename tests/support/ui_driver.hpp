@@ -12,6 +12,9 @@
 namespace rig
 {
 
+/// The program's window is known by it.
+inline constexpr std::string_view window_title = "Orvanne Material Editor";
+
 class ui_driver
 {
 public:

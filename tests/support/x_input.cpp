@@ -6,6 +6,7 @@
 #include <X11/XKBlib.h>
 #include <X11/Xlib.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -17,7 +18,8 @@ namespace rig
 
 void x_server::move(point to) const
 {
-    XTestFakeMotionEvent(display, -1, to.x, to.y, CurrentTime);
+    XTestFakeMotionEvent(display, -1, static_cast<int>(std::lround(to.x * unit)),
+                         static_cast<int>(std::lround(to.y * unit)), CurrentTime);
     XSync(display, False);
 }
 
@@ -40,6 +42,17 @@ void x_server::click(point at, int button) const
     press(button);
     settle();
     release(button);
+    settle();
+}
+
+void x_server::click_times(point at, int times) const
+{
+    move(at);
+    settle();
+    for (int i = 0; i < times; ++i) {
+        press();
+        release();
+    }
     settle();
 }
 
@@ -103,6 +116,12 @@ void x_server::relabel(std::string_view key, std::string_view symbol) const
     change.first_keycode = code;
     change.count = 1;
     XRefreshKeyboardMapping(&change);
+    settle();
+}
+
+void x_server::hold_modifier(std::string_view name, bool held) const
+{
+    send_key(XKeysymToKeycode(display, symbol_called(name)), held);
     settle();
 }
 

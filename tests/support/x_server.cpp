@@ -96,7 +96,8 @@ unsigned long x_server::find_window(std::string_view title) const
     for (unsigned int i = 0; i < count && found == 0; ++i) {
         char *name = nullptr;
         XWindowAttributes attributes = {};
-        if (XFetchName(display, children[i], &name) != 0 && name != nullptr && title == name &&
+        const bool named = XFetchName(display, children[i], &name) != 0 && name != nullptr;
+        if ((title.empty() || (named && title == name)) &&
             XGetWindowAttributes(display, children[i], &attributes) != 0 &&
             attributes.map_state == IsViewable)
             found = children[i];
@@ -136,6 +137,13 @@ void x_server::attend(unsigned long window)
     // The answer to a ping comes by way of the root window.
     XSelectInput(display, DefaultRootWindow(display), SubstructureNotifyMask);
     attended = window;
+    answers = true;
+}
+
+void x_server::attend_shown_frames(unsigned long window)
+{
+    attended = window;
+    answers = false;
 }
 
 // Window managers ping a window to see whether it still takes its events; the
@@ -173,10 +181,25 @@ void x_server::settle() const
         std::this_thread::sleep_for(hold_time);
         return;
     }
+    if (!answers) {
+        await_shown_frames();
+        return;
+    }
     // The first answer may come while events are still being taken; between
     // the answers lies at least one whole frame.
     for (int i = 0; i < 3; ++i)
         await_answer();
+}
+
+// Two frames may be on their way when the event comes in; the third begins after it.
+void x_server::await_shown_frames() const
+{
+    constexpr int frames = 4;
+    constexpr auto look = std::chrono::milliseconds(20);
+    int shown = 0;
+    const auto all_shown = [&] { return (shown += count_redraws(attended, look)) >= frames; };
+    if (!wait_until(all_shown, answer_time))
+        throw std::runtime_error("the compositor's screen shows no frames any more");
 }
 
 int x_server::count_redraws(unsigned long window, std::chrono::milliseconds time) const

@@ -31,7 +31,7 @@ public:
         return display_name;
     }
 
-    /// The top-level window with this title; 0 when there is none.
+    /// The top-level window with this title, of no title the first one; 0 when there is none.
     unsigned long find_window(std::string_view title) const;
     /// Asks the window to close, as its close button does.
     void close_window(unsigned long window) const;
@@ -41,9 +41,18 @@ public:
     /// Takes the window for the one that all input is for: from now on every
     /// event is followed by frames in which it was seen, however slow they are.
     void attend(unsigned long window);
+    /// The same where the window is a compositor's screen, which tells nothing of the
+    /// programs on it: frames are what it shows.
+    void attend_shown_frames(unsigned long window);
     /// Waits until the attended window's program has laid out a whole frame.
     /// Throws when it does not answer.
     void settle() const;
+
+    /// From now on places are given in units of so many pixels.
+    void count_in_units_of(double pixels)
+    {
+        unit = pixels;
+    }
 
     /// How often the window's content changed on the screen in this time.
     int count_redraws(unsigned long window, std::chrono::milliseconds time) const;
@@ -53,7 +62,11 @@ public:
     void release(int button = 1) const;
     /// Down long enough for a frame to see it.
     void click(point at, int button = 1) const;
+    /// Clicks one after the other, as fast as they can be made.
+    void click_times(point at, int times) const;
     void scroll(int notches) const;
+    /// Presses a modifier, such as "Shift_L", or lets go of it.
+    void hold_modifier(std::string_view name, bool held) const;
     /// A key by its X name, such as "Return", "ctrl+a" or "ctrl+shift+z".
     void key(std::string_view name) const;
     /// The same, held down for so long: the X server repeats it.
@@ -71,9 +84,12 @@ private:
     unsigned int code_of(unsigned long symbol, bool &shift) const;
 
     void await_answer() const;
+    void await_shown_frames() const;
 
     pid_t server = 0;
+    double unit = 1;
     unsigned long attended = 0;
+    bool answers = true; // the attended window does
     std::string display_name;
     _XDisplay *display = nullptr;
 };

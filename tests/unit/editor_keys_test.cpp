@@ -1,6 +1,7 @@
 // The keys that move the cursor, on a text without a window around it.
 #include "sources/editor_keys.hpp"
 
+#include "ui/take_key.hpp"
 #include "ui/utf8.hpp"
 
 #include <gtest/gtest.h>

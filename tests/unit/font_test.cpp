@@ -69,14 +69,15 @@ TEST_F(Font, IsSixteenPixelsHigh)
     EXPECT_EQ(font->handle.height, 16);
 }
 
-TEST_F(Font, ShowsControlCharactersAsBlankSpace)
+TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
     for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
         const int code = character;
+        const float blanks = character == '\t' ? 4 : 1;
         EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
-        EXPECT_EQ(glyph(character).xadvance, glyph(' ').xadvance) << code;
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << code;
         EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
     }
 }

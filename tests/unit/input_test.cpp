@@ -203,6 +203,58 @@ TEST_F(Input, AddsWheelNotchesUp)
     EXPECT_EQ(context.input.mouse.scroll_delta.y, 0);
 }
 
+TEST_F(Input, TellsShiftAndControlAsTheyWereAtTheKeyTheButtonAndTheWheel)
+{
+    const auto held = [this](nk_keys modifier) {
+        return context.input.keyboard.keys[modifier].down != nk_false;
+    };
+    queue_input(*queue, {input_kind::scroll, false, true, 0, 0, 1});
+    queue_input(*queue, {input_kind::scroll, false, false, 0, 0, 1});
+    queue_input(*queue, {input_kind::button, true, true, NK_BUTTON_LEFT, 1, 1});
+    queue_input(*queue, {input_kind::key, true, false, NK_KEY_BACKSPACE, 0, 0, true});
+    queue_input(*queue, {input_kind::key, true, false, NK_KEY_BACKSPACE, 0, 0, false});
+    layout();
+    EXPECT_TRUE(held(NK_KEY_SHIFT));
+    EXPECT_EQ(context.input.mouse.scroll_delta.y, 1);
+    layout();
+    EXPECT_FALSE(held(NK_KEY_SHIFT));
+    layout();
+    EXPECT_TRUE(held(NK_KEY_SHIFT));
+    EXPECT_TRUE(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_LEFT));
+    layout();
+    EXPECT_TRUE(held(NK_KEY_CTRL));
+    EXPECT_FALSE(held(NK_KEY_SHIFT));
+    layout();
+    EXPECT_FALSE(held(NK_KEY_CTRL));
+    EXPECT_TRUE(pressed(NK_KEY_BACKSPACE));
+}
+
+TEST_F(Input, TellsAPressSoonAfterAnotherByTheDoubleButton)
+{
+    button(true, 10, 20);
+    button(false, 10, 20);
+    queue_input(*queue, {input_kind::button, true, false, NK_BUTTON_LEFT, 10, 20, false, true});
+    button(false, 10, 20);
+    const bool doubled[] = {false, false, true, false};
+    for (const bool wanted : doubled) {
+        layout();
+        EXPECT_EQ(nk_input_is_mouse_pressed(&context.input, NK_BUTTON_DOUBLE) != 0, wanted);
+    }
+    EXPECT_FALSE(nk_input_is_mouse_down(&context.input, NK_BUTTON_DOUBLE));
+}
+
+TEST_F(Input, GoesToTheEndsOfWhatScrollsByTheEndsOfALineOrTheText)
+{
+    for (const auto &[code, end] : {std::pair(NK_KEY_TEXT_START, NK_KEY_SCROLL_START),
+                                    std::pair(NK_KEY_TEXT_LINE_START, NK_KEY_SCROLL_START),
+                                    std::pair(NK_KEY_TEXT_END, NK_KEY_SCROLL_END),
+                                    std::pair(NK_KEY_TEXT_LINE_END, NK_KEY_SCROLL_END)}) {
+        key(code);
+        layout();
+        EXPECT_TRUE(pressed(end)) << code;
+    }
+}
+
 TEST_F(Input, LosesOnlyWhatIsBeyondItsCapacity)
 {
     // In no order of the alphabet's length, so that what is missing shows.

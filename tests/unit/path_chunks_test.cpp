@@ -24,7 +24,7 @@ vimbo::mosaic_state mosaic_of(std::int32_t vertices, std::uint32_t generation = 
 
 std::vector<path_vertex> random_vertices(std::size_t count)
 {
-    std::mt19937 random(count);
+    std::mt19937 random(static_cast<std::mt19937::result_type>(count));
     std::vector<path_vertex> vertices(count);
     for (path_vertex &vertex : vertices)
         vertex = {static_cast<std::int32_t>(random()), static_cast<std::int32_t>(random())};

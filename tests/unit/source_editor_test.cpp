@@ -170,15 +170,63 @@ TEST_F(SourceEditor, UndoesADeletionOfEverything)
     EXPECT_EQ(saved(), "");
 }
 
-TEST_F(SourceEditor, HasAFreshHistoryForEachSource)
+TEST_F(SourceEditor, TakesALoadedSourceBackInOneStepAndThenItsFormerEdits)
 {
-    load("one");
+    load("\u00B5\u00B5 one");
     click_into();
     type("x");
     load("two");
     click_into();
     press(NK_KEY_TEXT_UNDO);
-    EXPECT_EQ(saved(), "two");
+    EXPECT_EQ(shown(), "x\u00B5\u00B5 one") << "what its end mark covered included";
+    EXPECT_EQ(editor().source_edit.cursor, 1);
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_EQ(shown(), "\u00B5\u00B5 one");
+    press(NK_KEY_TEXT_UNDO);
+    EXPECT_EQ(shown(), "\u00B5\u00B5 one") << "nothing was there before it";
+    press(NK_KEY_TEXT_REDO);
+    press(NK_KEY_TEXT_REDO);
+    EXPECT_EQ(shown(), "two");
+}
+
+TEST_F(SourceEditor, KeepsItsHistoryThroughSixFullSources)
+{
+    for (char c = 'a'; c < 'g'; ++c)
+        load(std::string(65536, c));
+    click_into();
+    for (char c = 'e'; c >= 'a'; --c) {
+        press(NK_KEY_TEXT_UNDO);
+        EXPECT_EQ(saved(), std::string(65536, c)) << c;
+    }
+}
+
+TEST_F(SourceEditor, KeepsItsViewWhenTextIsCopiedOrSelectedOutOfSight)
+{
+    std::string lines;
+    for (int i = 0; i < 500; ++i)
+        lines += "line\n";
+    load(lines);
+    click_into();
+    editor().source_edit.scrollbar.y = 999;
+    for (const nk_keys key : {NK_KEY_TEXT_SELECT_ALL, NK_KEY_COPY}) {
+        press(key);
+        EXPECT_EQ(editor().source_edit.scrollbar.y, 999) << key;
+    }
+    press(NK_KEY_TEXT_START);
+    EXPECT_EQ(editor().source_edit.scrollbar.y, 0);
+    editor().source_edit.scrollbar.y = 999;
+    press(NK_KEY_TEXT_START);
+    EXPECT_EQ(editor().source_edit.scrollbar.y, 0) << "though the cursor was there already";
+}
+
+TEST_F(SourceEditor, TakesNoKeysWhileAListIsOpen)
+{
+    load("one");
+    click_into();
+    panels.click("0");
+    type("x");
+    press(NK_KEY_DEL);
+    EXPECT_EQ(saved(), "one");
 }
 
 TEST_F(SourceEditor, KeepsItsHistoryAcrossClicksElsewhere)

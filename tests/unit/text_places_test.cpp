@@ -66,6 +66,52 @@ TEST(TextPlaces, ALineEndsAtItsLineFeedAndTheLastOneWithTheText)
     EXPECT_EQ(line_end("one\ntwo", 4), 7U);
 }
 
+TEST(TextPlaces, ALineEndsBeforeACarriageReturn)
+{
+    EXPECT_EQ(line_end("one\r\ntwo\r\n", 0), 3U);
+    EXPECT_EQ(line_end("one\r\ntwo\r\n", 4), 3U) << "from behind it, too";
+    EXPECT_EQ(line_end("one\r\ntwo\r\n", 5), 8U);
+    EXPECT_EQ(line_end("one\r", 0), 3U);
+    EXPECT_EQ(line_end("\r\n", 0), 0U);
+    EXPECT_EQ(line_end("\r\n", 2), 2U);
+}
+
+TEST(TextPlaces, FindsTheWordOrTheOtherCharactersAroundAByte)
+{
+    const auto expect_at = [](std::size_t at, std::size_t first, std::size_t last) {
+        const text_range found = word_at("one_2 \t(\u00B5m<=)\r\n\nx", at);
+        EXPECT_EQ(found.first, first) << at;
+        EXPECT_EQ(found.last, last) << at;
+    };
+    for (const std::size_t at : {0U, 4U})
+        expect_at(at, 0, 5);
+    for (const std::size_t at : {5U, 6U})
+        expect_at(at, 5, 7);
+    expect_at(7, 7, 8);
+    for (const std::size_t at : {8U, 9U, 10U})
+        expect_at(at, 8, 11);
+    for (const std::size_t at : {11U, 13U, 14U, 15U})
+        expect_at(at, 11, 14);
+    expect_at(16, 16, 16);
+    for (const std::size_t at : {17U, 18U})
+        expect_at(at, 17, 18);
+}
+
+TEST(TextPlaces, AnEmptyTextHasNeitherWordNorLine)
+{
+    EXPECT_EQ(word_at("", 0).last, 0U);
+    EXPECT_EQ(line_at("", 0).last, 0U);
+    EXPECT_EQ(word_step("", 0, true), 0U);
+    EXPECT_EQ(word_step("", 0, false), 0U);
+}
+
+TEST(TextPlaces, ALineIsTakenWithoutItsEnd)
+{
+    const text_range line = line_at("one\r\ntwo\r\nthree", 6);
+    EXPECT_EQ(line.first, 5U);
+    EXPECT_EQ(line.last, 8U);
+}
+
 TEST(TextPlaces, AWordEndsAtABlankOrABracket)
 {
     constexpr std::string_view text = "one two(\u00B5)";

@@ -37,6 +37,19 @@ TEST(WalkTree, ReportsADirectoryBeforeWhatItHolds)
     EXPECT_LT(position("sub/deep"), position("sub/deep/b.txt"));
 }
 
+TEST(WalkTree, ReportsFilesAndThenDirectoriesByTheirNames)
+{
+    const scratch_directory place;
+    for (const char *name : {"b", "a", "Z", "d/2", "d/1", "c/1"})
+        write_file(place.file(name), "");
+    std::filesystem::create_directory(place.file("bb"));
+    const visited seen = walk(place.path().string());
+    std::vector<std::string> expected = {place.path().string()};
+    for (const char *name : {"Z", "a", "b", "bb", "c", "c/1", "d", "d/1", "d/2"})
+        expected.push_back(place.file(name));
+    EXPECT_EQ(seen.order, expected);
+}
+
 TEST(WalkTree, KeepsASeparatorAtTheEndSingle)
 {
     const scratch_directory place;

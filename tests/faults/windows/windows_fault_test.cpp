@@ -15,32 +15,61 @@ TEST_F(FaultySource, WithAnyCharacterInItsNameIsOpenedSavedAndDeleted)
     const std::string names[] = {
         "with blanks in it", "'single' quotes", "%PATH% ^ & (b)", "Δίσκος", "盤面", "-r"};
     for (const std::string &name : names) {
-        write_file(utf8_path(source(name)), "text of " + name);
-        pick_and_expect(name, "text of " + name);
+        const std::string content = "text number " + std::to_string(&name - names);
+        write_file(utf8_path(source(name)), content);
+        pick_and_expect(name, content);
         EXPECT_EQ(save_as(name + "2"), "");
-        EXPECT_EQ(read_file(utf8_path(source(name + "2"))), "text of " + name);
+        EXPECT_EQ(read_file(utf8_path(source(name + "2"))), content);
         open_file = source(name + "2");
         expect_as_before();
         panels.click("-");
         panels.click("!");
         EXPECT_FALSE(std::filesystem::exists(utf8_path(source(name + "2"))));
-        open_file = "-";
+        open_file = std::string("-");
         expect_as_before();
         write_file(source("a.txt"), "the text");
         vimbo::open_source(panels.app().bar, panels.app().editor, source("a.txt").c_str());
     }
 }
 
-TEST_F(FaultySource, HeldByAnotherProgramIsNotOpenedNorSavedOver)
+class held_file
+{
+public:
+    explicit held_file(const std::string &path)
+        : handle(CreateFileW(utf8_path(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0,
+                             nullptr))
+    {
+        EXPECT_NE(handle, INVALID_HANDLE_VALUE);
+    }
+    ~held_file()
+    {
+        CloseHandle(handle);
+    }
+    held_file(const held_file &) = delete;
+    held_file &operator=(const held_file &) = delete;
+
+private:
+    HANDLE handle;
+};
+
+TEST_F(FaultySource, HeldByAnotherProgramBringsBackTheTextOpenedBefore)
 {
     write_file(source("held"), "somebody else's");
-    HANDLE held = CreateFileW(utf8_path(source("held")).c_str(), GENERIC_READ, 0, nullptr,
-                              OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(held, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(save_as("held"), "error: unable to save.\n");
-    open_file = source("held"); // it is the one that was typed
+    const held_file held(source("held"));
+    pick("held");
+    open_file = source("held"); // it is the one that was picked
     expect_as_before();
-    CloseHandle(held);
+}
+
+TEST_F(FaultySource, HeldByAnotherProgramIsNotSavedOver)
+{
+    write_file(source("held"), "somebody else's");
+    {
+        const held_file held(source("held"));
+        EXPECT_EQ(save_as("held"), "error: unable to save.\n");
+        open_file = source("held"); // it is the one that was typed
+        expect_as_before();
+    }
     EXPECT_EQ(read_file(source("held")), "somebody else's");
 }
 

@@ -27,14 +27,15 @@ void close_output()
     _close(1);
 }
 
+// Not by the copy that this may be, which would do its own actions again.
 void leave_another(const std::string &file)
 {
     std::wstring line = L"stub_tool await \"" + std::filesystem::path(file).wstring() + L'"';
     STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION started = {};
-    if (CreateProcessW(own_path().c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
-                       &start, &started) == FALSE)
+    if (CreateProcessW(std::filesystem::path(VIMBO_STUB_TOOL).c_str(), line.data(), nullptr,
+                       nullptr, TRUE, 0, nullptr, nullptr, &start, &started) == FALSE)
         std::_Exit(1);
 }
 

@@ -39,4 +39,20 @@ TEST(ExecutableDirectory, IsWhereThisTestLies)
     EXPECT_STREQ(small, "");
 }
 
+TEST(NewFile, HasThePermissionsThatTheUserGrantsByDefault)
+{
+    using std::filesystem::perms;
+    const scratch_directory place;
+    const mode_t before = umask(027);
+    EXPECT_TRUE(vimbo::overwrite_file(place.file("a").c_str(), "", vimbo::link_use::followed));
+    EXPECT_TRUE(vimbo::overwrite_file(place.file("b").c_str(), "", vimbo::link_use::replaced));
+    EXPECT_TRUE(vimbo::make_directory(place.file("c").c_str()));
+    umask(before);
+    constexpr perms of_a_file = perms::owner_read | perms::owner_write | perms::group_read;
+    constexpr perms of_a_directory = of_a_file | perms::owner_exec | perms::group_exec;
+    EXPECT_EQ(std::filesystem::status(place.file("a")).permissions(), of_a_file);
+    EXPECT_EQ(std::filesystem::status(place.file("b")).permissions(), of_a_file);
+    EXPECT_EQ(std::filesystem::status(place.file("c")).permissions(), of_a_directory);
+}
+
 } // namespace

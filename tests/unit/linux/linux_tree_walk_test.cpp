@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <filesystem>
 
@@ -40,18 +41,20 @@ private:
     rlimit before = {};
 };
 
-// A chain of directories, so many levels deep, with some files on each; gives how
-// many entries that makes.
+// A chain of directories, so many levels deep, with some files on each whose names
+// make half of the levels too many to be sorted; gives how many entries that makes.
 std::size_t make_chain(std::filesystem::path directory, int levels)
 {
+    const std::string long_end(240, 'n');
     std::size_t entries = 0;
     for (int level = 0; level < levels; ++level) {
         directory /= "d";
         std::filesystem::create_directory(directory);
         // Some of them stand behind the next directory, and are read on the way back.
-        for (int file = 0; file < 4; ++file)
-            write_file(directory / std::to_string(file), "");
-        entries += 5;
+        constexpr int files = 30;
+        for (int file = 0; file < files; ++file)
+            write_file(directory / (std::to_string(file) + long_end), "");
+        entries += files + 1;
     }
     return entries;
 }
@@ -62,6 +65,40 @@ std::filesystem::path down_the_chain(const std::filesystem::path &start, int lev
     for (int level = 0; level < levels; ++level)
         directory /= "d";
     return directory;
+}
+
+TEST(WalkTree, SortsLinksAsWhatTheyLeadTo)
+{
+    const scratch_directory place;
+    for (const char *name : {"b", "a", "\xC3\xA4", "B", "d/2", "d/1", "c/1", "\xff"})
+        write_file(place.file(name), "");
+    ASSERT_EQ(symlink("a", place.file("link").c_str()), 0);
+    std::filesystem::create_directory(place.file("bb"));
+    ASSERT_EQ(symlink("bb", place.file("aa").c_str()), 0);
+    const visited seen = walk(place.path().string());
+    std::vector<std::string> expected = {place.path().string()};
+    for (const char *name :
+         {"B", "a", "b", "link", "\xC3\xA4", "\xff", "aa", "c", "c/1", "d", "d/1", "d/2"})
+        expected.push_back(place.file(name));
+    EXPECT_EQ(seen.order, expected);
+}
+
+TEST(WalkTree, ReportsEachOnceOfADirectoryOfMoreNamesThanItSorts)
+{
+    const scratch_directory place;
+    constexpr std::size_t many = 10000;
+    const std::string end(240, 'n');
+    for (std::size_t i = 0; i < many; ++i)
+        write_file(place.file(std::to_string(i) + end), "");
+    for (const char *name : {"sub/2", "sub/1"})
+        write_file(place.file(name), "");
+    const visited seen = walk(place.path().string());
+    EXPECT_EQ(seen.order.size(), many + 4);
+    EXPECT_EQ(seen.kinds.size(), many + 4);
+    const auto sub = std::ranges::find(seen.order, place.file("sub"));
+    ASSERT_GT(seen.order.end() - sub, 2);
+    EXPECT_EQ(sub[1], place.file("sub/1")) << "what fits is sorted all the same";
+    EXPECT_EQ(sub[2], place.file("sub/2"));
 }
 
 TEST(WalkTree, TellsLinksAndPipesApart)
@@ -182,11 +219,10 @@ TEST(WalkTree, WithoutDescriptorsReportsWhatItReached)
     const scratch_directory place;
     write_file(place.file("1/2/3/4/5/6/file"), "");
     {
-        const descriptor_limit of_three(3);
-        const visited seen = walk(place.path().string());
-        EXPECT_EQ(seen.kinds.count(place.file("1/2/3")), 1U);
-        EXPECT_EQ(seen.kinds.count(place.file("1/2/3/4")), 0U);
+        const descriptor_limit of_none(0);
+        EXPECT_EQ(walk(place.path().string()).order.size(), 1U);
     }
+    const descriptor_limit of_one(1);
     EXPECT_EQ(walk(place.path().string()).order.size(), 8U);
 }
 

@@ -3,11 +3,24 @@
 
 #include <stdio_ext.h>
 
+#include <csignal>
+
 namespace
 {
 
 using namespace rig;
 using ShellCommand = Command;
+
+TEST_F(ShellCommand, GivesItsExitCodeAlsoWhereTheParentIgnoredEndedChildren)
+{
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    EXPECT_EQ(run(stub("exit 3")).status, 3);
+    std::signal(SIGCHLD, SIG_IGN);
+    FILE *stream = vimbo::open_command(stub("exit 4").c_str());
+    vimbo::await_command_end(stream);
+    EXPECT_EQ(vimbo::close_command(stream), 4);
+    std::signal(SIGCHLD, before);
+}
 
 TEST_F(ShellCommand, ThatEndsWith255GivesMinusOne)
 {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstdlib>
 #include <string>
 
 namespace
@@ -163,6 +164,27 @@ TEST(WindowsFile, IsWrittenByteForByteAndNoLongerThanItsContent)
     EXPECT_EQ(content_of(place.file("a")), content);
     EXPECT_TRUE(overwrite(place.file("a"), ""));
     EXPECT_EQ(content_of(place.file("a")), "");
+}
+
+// scripts/test-windows brings the disk where it can.
+TEST(WindowsFile, OnAFullDiskKeepsWhatItHolds)
+{
+    const char *disk = std::getenv("VIMBO_FULL_DISK");
+    if (disk == nullptr)
+        GTEST_SKIP() << "there is no disk to be filled";
+    const std::string kept = std::string(disk) + "/kept";
+    ASSERT_TRUE(overwrite(kept, "old content"));
+    FILE *filler = std::fopen((std::string(disk) + "/filler").c_str(), "wb");
+    ASSERT_NE(filler, nullptr);
+    std::setvbuf(filler, nullptr, _IONBF, 0);
+    while (std::fputc('f', filler) != EOF) {
+    }
+    std::fclose(filler);
+    EXPECT_FALSE(overwrite(kept, std::string(65535, 'n')));
+    EXPECT_EQ(content_of(kept), "old content");
+    EXPECT_FALSE(overwrite(std::string(disk) + "/new", std::string(65535, 'n')));
+    EXPECT_TRUE(overwrite(kept, "of one block")) << "for which there is room still";
+    EXPECT_EQ(content_of(kept), "of one block");
 }
 
 TEST(WindowsFile, MayBeWrittenWhileItIsReadHere)

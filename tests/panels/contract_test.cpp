@@ -1,0 +1,143 @@
+// Small things that the panels promise and that nothing else would show: a command's
+// text, a step, a gap.
+#include "tests/support/panel_rig.hpp"
+#include "tests/support/tool_path.hpp"
+#include "tests/support/wait.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using namespace rig;
+using vimbo::has_flag;
+
+class Contract : public testing::Test
+{
+protected:
+    Contract()
+    {
+        vimbo::app_state &app = panels.app();
+        app.frame.ui_flags |= vimbo::ui_flag::stats_shown | vimbo::ui_flag::bottom_shown;
+        std::filesystem::create_directories(place.file("trays/one"));
+        std::filesystem::create_directories(place.file("trays/two"));
+        vimbo::choose_tray(app.frame, app.mosaic, place.file("trays/one").c_str());
+    }
+
+    ~Contract() override
+    {
+        measured();
+    }
+
+    bool measured()
+    {
+        return wait_until([&] {
+            panels.frame();
+            return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::stats_running);
+        });
+    }
+
+    void measure(std::string_view actions)
+    {
+        tools.put("plimb", actions);
+        panels.click("↻");
+        ASSERT_TRUE(measured());
+    }
+
+    // The smallest filled rectangle around a text.
+    struct nk_rect box_around(std::string_view label)
+    {
+        const point inside = *panels.find(label);
+        struct nk_rect found = {0, 0, 1e6F, 1e6F};
+        for (const drawn_rectangle &box : panels.rectangles())
+            if (NK_INBOX(static_cast<float>(inside.x), static_cast<float>(inside.y), box.bounds.x,
+                         box.bounds.y, box.bounds.w, box.bounds.h) &&
+                box.bounds.w < found.w)
+                found = box.bounds;
+        return found;
+    }
+
+    // Clicks the item of the open list and tells whether a frame asked for the mosaic.
+    bool reloads_at(std::string_view item)
+    {
+        point at = {};
+        for (const drawn_text &text : panels.texts())
+            if (text.text == item)
+                at = {static_cast<int>(text.bounds.x) + 4, static_cast<int>(text.bounds.y) + 4};
+        bool reloads = false;
+        const auto frame = [&] {
+            panels.frame();
+            reloads = reloads ||
+                      has_flag(panels.app().frame.frame_flags, vimbo::frame_flag::reload_mosaic);
+        };
+        panels.move(at);
+        frame();
+        panels.press(at);
+        frame();
+        panels.release(at);
+        frame();
+        return reloads;
+    }
+
+    const scratch_directory place;
+    const tool_path tools;
+    panel_rig panels;
+};
+
+TEST_F(Contract, OfTheStatisticsCommandIsAQuoteThatStaysOpen)
+{
+    panels.app().mosaic.mosaic_index = 3;
+    measure("exit 0");
+    EXPECT_EQ(panels.app().frame.scratch_text,
+              "plimb \"" + place.file("trays/one") + "/_mosaics/3.mmv");
+}
+
+TEST_F(Contract, OfTheUnitsArrowsIsAStepOfOne)
+{
+    panels.frame();
+    const struct nk_rect unit = box_around("Unit [µm]");
+    ASSERT_LT(unit.w, 1000);
+    const int y = static_cast<int>(unit.y + unit.h / 2);
+    panels.click(point{static_cast<int>(unit.x + unit.w) - 9, y});
+    EXPECT_EQ(panels.app().evaluation.unit_um, 36.0);
+    panels.click(point{static_cast<int>(unit.x) + 9, y});
+    panels.click(point{static_cast<int>(unit.x) + 9, y});
+    EXPECT_EQ(panels.app().evaluation.unit_um, 34.0);
+}
+
+TEST_F(Contract, OfFortyNumbersIsThatTheLastTenStayToTheFractions)
+{
+    measure("numbers 48 0.5 numbers 1 0.75 numbers 1 0.125");
+    measure("numbers 40 0.25");
+    const vimbo::stats_run_state &run = panels.app().statistics.run;
+    EXPECT_EQ(run.stats_locality[31], 0.25F);
+    EXPECT_EQ(run.stats_directions[7], 0.25F);
+    EXPECT_EQ(run.stats_directions[8], 0.5F);
+    EXPECT_EQ(run.stats_moves[0], 0.75F);
+    EXPECT_EQ(run.stats_moves[1], 0.125F);
+}
+
+TEST_F(Contract, OfTheTrayThatIsClickedAgainIsNoReload)
+{
+    panels.click("one");
+    EXPECT_FALSE(reloads_at("one"));
+    EXPECT_EQ(panels.app().mosaic.tray_directory, place.file("trays/one"));
+    panels.click("one");
+    EXPECT_TRUE(reloads_at("two"));
+    EXPECT_EQ(panels.app().mosaic.tray_directory, place.file("trays/two"));
+}
+
+TEST_F(Contract, OfTheScaleIsAGapOf152BetweenItsNumbers)
+{
+    panels.frame();
+    const auto row_of = [&](std::string_view label) { return panels.find(label)->y; };
+    const int spacing = static_cast<int>(panels.app().frame.context->style.window.spacing.y);
+    const int distance = 24 + spacing + 152 + spacing;
+    EXPECT_EQ(row_of("0.5") - row_of("1.0"), distance);
+    EXPECT_EQ(row_of("0.0") - row_of("0.5"), distance);
+    EXPECT_EQ(std::ranges::count(panels.texts(), "   ", &drawn_text::text), 2);
+}
+
+} // namespace
