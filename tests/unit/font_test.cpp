@@ -291,6 +291,18 @@ TEST_F(FontFile, IsRefusedWithoutAUnicodeMapOfAKnownFormat)
     }
 }
 
+TEST_F(FontFile, IsAcceptedWithItsOneUnicodeMapBehindOthers)
+{
+    const table &cmap = table_of("cmap");
+    const std::size_t maps = number_at(whole, cmap.offset + 2, 2);
+    ASSERT_GT(maps, 1U);
+    std::string changed = whole;
+    for (std::size_t i = 0; i + 1 < maps; ++i)
+        put_number(changed, cmap.offset + 4 + 8 * i, 0x00030000, 4); // symbols
+    sum_up(changed, cmap);
+    EXPECT_TRUE(is_taken(changed));
+}
+
 TEST_F(FontFile, IsAcceptedThoughItLacksCharactersOfTheLabels)
 {
     std::string without = whole;
