@@ -45,7 +45,8 @@ nk_context *set_up_toolkit(GLFWwindow *window)
     nk_font_atlas *atlas = nullptr;
     nk_glfw3_font_stash_begin(&atlas);
     char path[4352];
-    struct nk_font *font = vimbo::find_font_file(path) ? vimbo::add_font(atlas, path, vimbo::font_height) : nullptr;
+    struct nk_font *font =
+        vimbo::find_font_file(path) ? vimbo::add_font(atlas, path, vimbo::font_height) : nullptr;
     nk_glfw3_font_stash_end();
     if (font == nullptr)
         return nullptr;

@@ -37,7 +37,8 @@ double clock_step; // with each look at it
 
 } // namespace
 
-// The linker puts these in the place of GLFW's.
+// The linker puts these in the place of GLFW's, by these names.
+// NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void __real_glfwSwapBuffers(GLFWwindow *window);
 double __real_glfwGetTime();
@@ -63,6 +64,7 @@ void __wrap_glfwWaitEventsTimeout(double timeout)
     glfwPollEvents();
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace
 {
@@ -105,8 +107,10 @@ protected:
     // A mosaic of 200 marks all over the tray.
     void write_marks() const
     {
+        constexpr int count = 200;
         std::vector<vimbo::path_vertex> points;
-        for (int i = 0; i < 200; ++i)
+        points.reserve(count);
+        for (int i = 0; i < count; ++i)
             points.push_back({i % 2 == 0 ? -9999999 : 9999999, (i - 100) * 100000 | 1});
         std::filesystem::create_directory(place.file("_mosaics"));
         write_file(place.file("_mosaics/0.mmv"), mosaic_bytes(points));

@@ -4,6 +4,9 @@
 #include "tests/support/clipboard_owner.hpp"
 #include "tests/support/texts.hpp"
 
+#include <algorithm>
+#include <chrono>
+
 namespace
 {
 
@@ -147,6 +150,31 @@ TEST_F(Clipboard, PastesNothingOfAnOwnerThatHangs)
     screen->key("End");
     paste();
     EXPECT_EQ(evaluated_text(), "here: seen");
+    expect_good_end();
+}
+
+TEST_F(Clipboard, WaitsForAnOwnerThatHangsOnlyTheFirstTime)
+{
+    start_and_paste();
+    put({.silent = true});
+    // A second for the first one; a held key asks again and again.
+    auto shortest = std::chrono::steady_clock::duration::max();
+    for (int i = 0; i < 6; ++i) {
+        const auto start = std::chrono::steady_clock::now();
+        paste();
+        shortest = std::min(shortest, std::chrono::steady_clock::now() - start);
+    }
+    EXPECT_LT(shortest, std::chrono::milliseconds(950)) << "each paste waits anew";
+    EXPECT_EQ(evaluated_text(), "here: ");
+}
+
+TEST_F(Clipboard, WaitsAgainForAnOwnerThatTakesItsTime)
+{
+    start_and_paste();
+    put({.text = "late ", .delay = std::chrono::milliseconds(300)});
+    paste();
+    paste();
+    EXPECT_EQ(evaluated_text(), "here: late late ") << "it was given up as one that hangs";
     expect_good_end();
 }
 

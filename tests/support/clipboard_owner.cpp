@@ -87,6 +87,7 @@ void clipboard_owner::answer(const xcb_selection_request_event_t &request)
         ask_for_what_is_to_be_kept(request);
         return;
     }
+    std::this_thread::sleep_for(how.delay);
     if (how.strays) {
         xcb_selection_request_event_t other = request;
         other.target = atom_of("TEXT");

@@ -6,6 +6,7 @@
 #include <xcb/xcb.h>
 
 #include <atomic>
+#include <chrono>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -17,13 +18,14 @@ class clipboard_owner
 {
 public:
     struct manner {
-        std::string text = {};               // what it has
-        std::string kind = "UTF8_STRING";    // what it has it as; all else is refused
-        std::size_t piece = 0;               // hands the text over in pieces of so many bytes,
-        std::size_t pieces = ~0UL;           // at most so many of them, then falls silent
-        bool silent = false;                 // never answers at all
-        bool strays = false;                 // first refuses what was not asked for
-        std::string selection = "CLIPBOARD"; // what it owns
+        std::string text = {};                // what it has
+        std::string kind = "UTF8_STRING";     // what it has it as; all else is refused
+        std::size_t piece = 0;                // hands the text over in pieces of so many bytes,
+        std::size_t pieces = ~0UL;            // at most so many of them, then falls silent
+        bool silent = false;                  // never answers at all
+        bool strays = false;                  // first refuses what was not asked for
+        std::chrono::milliseconds delay = {}; // takes so long to answer
+        std::string selection = "CLIPBOARD";  // what it owns
     };
     clipboard_owner(const std::string &display, manner how);
     ~clipboard_owner();

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string>
 
@@ -17,7 +18,8 @@ using vimbo::eval_output_capacity;
 
 std::string laid_out(const std::string &input, bool at_end)
 {
-    char output[eval_output_capacity] = {};
+    char output[eval_output_capacity];
+    std::memset(output, 'x', sizeof output); // what is left of another run
     vimbo::format_eval_output(input, at_end, output);
     return output;
 }

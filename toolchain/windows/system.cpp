@@ -43,9 +43,9 @@ std::span<const unsigned char> map_file(const char *path)
     system_path wide;
     if (!vimbo::to_system_path(path, wide))
         return {};
-    HANDLE file = CreateFileW(wide, GENERIC_READ,
-                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                              OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    HANDLE file =
+        CreateFileW(wide, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
     LARGE_INTEGER size = {};
     // An empty file cannot be mapped.
     if (file == INVALID_HANDLE_VALUE || GetFileType(file) != FILE_TYPE_DISK ||
