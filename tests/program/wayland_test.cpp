@@ -219,6 +219,35 @@ TEST_P(Density, LeavesADragAsFarAsItIs)
     expect_good_end();
 }
 
+TEST_P(Density, LeavesNoTraceOfWhatIsDrawnInParts)
+{
+    write_file(source("a.txt"), "first\n\tsecond\nthird");
+    start_under_wayland({.bottom = true, .scale = GetParam()});
+    driver->choose("--", "a.txt");
+    screen->click(driver->editor());
+    screen->type(U" of lines");
+    driver->toggle("Raw");
+    driver->toggle("tray");
+    driver->toggle("tray");
+    for (const char *label : {"Evaluate", "Integrate", "Center"}) {
+        screen->move(driver->place_of(label));
+        screen->settle();
+    }
+    const point beside = {width / 2, height - 40};
+    screen->move(beside);
+    screen->settle();
+    const image in_parts = screen->screenshot();
+    // Comes back to the same window, which is then drawn whole.
+    desktop->set_scale(3);
+    screen->settle();
+    ASSERT_FALSE(screen->screenshot().pixels == in_parts.pixels);
+    desktop->set_scale(GetParam());
+    screen->move({beside.x, beside.y - 1});
+    screen->move(beside);
+    EXPECT_TRUE(wait_until([&] { return screen->screenshot().pixels == in_parts.pixels; }));
+    expect_good_end();
+}
+
 TEST_F(Wayland, ScreenThatChangesItsDensityIsFollowed)
 {
     write_file(mosaic(0), square_mosaic(40));

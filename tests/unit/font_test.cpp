@@ -138,7 +138,7 @@ protected:
     }
 
     // Puts the table's sum right again.
-    void sum_up(std::string &bytes, const table &of) const
+    void set_checksum(std::string &bytes, const table &of) const
     {
         std::string body = bytes.substr(of.offset, of.length);
         body.resize((of.length + 3) / 4 * 4);
@@ -286,7 +286,7 @@ TEST_F(FontFile, IsRefusedWithoutAUnicodeMapOfAKnownFormat)
         put_number(unknown, cmap.offset + number_at(whole, record + 4, 4), 2, 2);
     }
     for (std::string *changed : {&symbols, &unknown}) {
-        sum_up(*changed, cmap);
+        set_checksum(*changed, cmap);
         EXPECT_FALSE(is_taken(*changed));
     }
 }
@@ -299,7 +299,7 @@ TEST_F(FontFile, IsAcceptedWithItsOneUnicodeMapBehindOthers)
     std::string changed = whole;
     for (std::size_t i = 0; i + 1 < maps; ++i)
         put_number(changed, cmap.offset + 4 + 8 * i, 0x00030000, 4); // symbols
-    sum_up(changed, cmap);
+    set_checksum(changed, cmap);
     EXPECT_TRUE(is_taken(changed));
 }
 
@@ -316,7 +316,7 @@ TEST_F(FontFile, IsAcceptedThoughItLacksCharactersOfTheLabels)
     while (number_at(whole, map + 16 + 12 * groups, 4) < greek)
         ++groups;
     put_number(without, map + 12, static_cast<std::uint32_t>(groups), 4);
-    sum_up(without, cmap);
+    set_checksum(without, cmap);
     ASSERT_TRUE(is_taken(without));
     bake(path.c_str());
     const nk_font_glyph &missing = glyph(U'\u2211');
