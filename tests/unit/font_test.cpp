@@ -73,12 +73,12 @@ TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
-        const int code = character;
+    for (const nk_rune character :
+         {nk_rune{'\t'}, nk_rune{'\n'}, nk_rune{'\v'}, nk_rune{'\f'}, nk_rune{'\r'}}) {
         const float blanks = character == '\t' ? 4 : 1;
-        EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
-        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << code;
-        EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
+        EXPECT_EQ(glyph(character).codepoint, character);
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << character;
+        EXPECT_EQ(glyph(character).w, glyph(' ').w) << character;
     }
 }
 
