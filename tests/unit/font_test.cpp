@@ -73,9 +73,10 @@ TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
+    constexpr nk_rune tab = '\t';
     for (const nk_rune character :
-         {nk_rune{'\t'}, nk_rune{'\n'}, nk_rune{'\v'}, nk_rune{'\f'}, nk_rune{'\r'}}) {
-        const float blanks = character == '\t' ? 4 : 1;
+         {tab, nk_rune{'\n'}, nk_rune{'\v'}, nk_rune{'\f'}, nk_rune{'\r'}}) {
+        const float blanks = character == tab ? 4 : 1;
         EXPECT_EQ(glyph(character).codepoint, character);
         EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << character;
         EXPECT_EQ(glyph(character).w, glyph(' ').w) << character;

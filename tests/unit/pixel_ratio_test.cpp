@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace
 {
 
@@ -33,7 +35,8 @@ TEST(PixelRatio, GivesTheFramebuffersSizeBackForTheWindowsWhateverItIs)
 {
     for (const float scale : {1.0F, 1.25F, 1.5F, 1.75F, 2.0F, 3.0F})
         for (std::int32_t units = 1; units < 4000; ++units) {
-            const auto pixels = static_cast<std::int32_t>(static_cast<float>(units) * scale + 0.5F);
+            const auto pixels =
+                static_cast<std::int32_t>(std::lround(static_cast<float>(units) * scale));
             const pixel_ratio ratio = ratio_of(units, units, pixels, pixels);
             ASSERT_EQ(in_pixels(units, ratio.x), pixels) << units << " units at " << scale;
         }

@@ -14,7 +14,6 @@ namespace
 {
 
 using rig::scratch_directory;
-using rig::write_file;
 
 TEST(TemporaryDirectory, EndsInASeparatorAndIsNeverCut)
 {
