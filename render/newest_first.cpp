@@ -111,24 +111,48 @@ void read_depths(newest_first &pass, const picture_area &area)
     }
 }
 
-// Waits for the batches and sees what they cover. What the look before has spared
-// is weighed against what it has cost: looks that pay come sooner.
-void look(newest_first &pass, const picture_area &area, double vertices_per_second)
+// Waits for the batches and sees what they cover. Gives the seconds that seeing took.
+double see_depths(newest_first &pass, const picture_area &area)
 {
-    const double cost = pass.look_time * vertices_per_second;
-    const auto spared = static_cast<double>(pass.spared);
-    if (spared > 2 * cost)
-        pass.look_after = std::max(pass.look_after / 2, least_look_after);
-    else if (spared < cost)
-        pass.look_after = std::min(pass.look_after * 2, most_look_after);
     glFinish();
     const double start = pace_clock();
     begin_look(pass.covered, pass.touched);
     read_depths(pass, area);
-    pass.look_time = pace_clock() - start;
     pass.touched = nothing_touched;
+    return pace_clock() - start;
+}
+
+// What waiting and a look at one pixel take where nothing was drawn, the least ever
+// seen: other programs are in the way now and then.
+void measure_least_look(newest_first &pass, const picture_area &area)
+{
+    const double start = pace_clock();
+    glClear(GL_DEPTH_BUFFER_BIT);
+    pass.touched = {0, 0, 0, 0};
+    see_depths(pass, area);
+    const double time = pace_clock() - start;
+    pass.least_look = pass.least_look > 0 ? std::min(pass.least_look, time) : time;
+}
+
+void begin_round(newest_first &pass)
+{
     pass.unseen = 0;
     pass.spared = 0;
+}
+
+// Looks, and weighs what the look before has spared against what could have been
+// drawn meanwhile: looks that pay come sooner.
+void look(newest_first &pass, const picture_area &area, double vertices_per_second)
+{
+    const double cost = (pass.least_look + pass.seeing) * vertices_per_second;
+    const auto spared = static_cast<double>(pass.spared);
+    // What it showed spares more after this look, too: half of its cost is enough.
+    if (spared > cost / 2)
+        pass.look_after = std::max(pass.look_after / 2, least_look_after);
+    else if (spared < cost / 3)
+        pass.look_after = std::min(pass.look_after * 2, most_look_after);
+    pass.seeing = see_depths(pass, area);
+    begin_round(pass);
 }
 
 } // namespace
@@ -137,7 +161,6 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
                         std::int32_t end)
 {
     clear_covered(pass.covered, target.area.width, target.area.height);
-    glClear(GL_DEPTH_BUFFER_BIT);
     pass.under_way = true;
     pass.first = first;
     pass.undrawn = end;
@@ -145,9 +168,9 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
     pass.drawn = 0;
     pass.visible = lengths_in(target);
     pass.look_after = std::max(pass.look_after, least_look_after);
-    pass.unseen = 0;
-    pass.touched = nothing_touched;
-    pass.spared = 0;
+    measure_least_look(pass, target.area);
+    pass.seeing = 0;
+    begin_round(pass);
 }
 
 std::int32_t draw_newest(newest_first &pass, const path_projection &target,

@@ -41,7 +41,8 @@ struct newest_first {
     std::int32_t unseen;     // vertices drawn since the last one
     pixel_range touched;     // by them
     std::int64_t spared;     // vertices left out thanks to the last look
-    double look_time;        // seconds that it took
+    double seeing;           // seconds that it took to read the depths
+    double least_look;       // seconds of a look with nothing to wait for
 
     path_runs runs; // of the batch
     covered_pixels covered;

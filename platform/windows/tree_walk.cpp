@@ -22,7 +22,7 @@ constexpr std::size_t path_capacity = 4096;
 constexpr std::size_t max_depth = path_capacity / 2;
 
 // A name has at most 260 units of 16 bits, each at most three bytes.
-constexpr std::size_t name_capacity = 3 * 260;
+constexpr std::size_t name_capacity = std::size_t{3} * 260;
 
 // Its entries are read at once and sorted, or where there is no memory left for that,
 // one by one, as the directory has them.
@@ -169,7 +169,7 @@ bool read_sorted(tree_walk &walk, open_level &level)
 
 void enter_directory(tree_walk &walk)
 {
-    const HANDLE search = walk.depth < max_depth ? start_search(walk) : INVALID_HANDLE_VALUE;
+    HANDLE search = walk.depth < max_depth ? start_search(walk) : INVALID_HANDLE_VALUE;
     if (search == INVALID_HANDLE_VALUE)
         return;
     open_level &level = walk.levels[walk.depth++];

@@ -51,7 +51,13 @@ public:
         after.replace(from, removed, inserted);
         if (after == text)
             return;
-        note_change(*history, text, after);
+        const std::string taken = text.substr(from, removed);
+        note_edit(*history, {.kind = vimbo::edit_kind::whole,
+                             .position = from,
+                             .removed = taken,
+                             .inserted = inserted,
+                             .cursor_before = from + taken.size(),
+                             .cursor_after = from + inserted.size()});
         text = after;
         newest = text;
         known.insert(text);

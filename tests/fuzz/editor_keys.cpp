@@ -41,9 +41,11 @@ void check_places(std::string_view text)
     for (std::size_t at = 0; at <= text.size(); at += 1 + text.size() / 50) {
         const std::size_t start = line_start(text, at);
         const std::size_t end = line_end(text, at);
-        require(start <= at && at <= end && end <= text.size());
+        require(start <= at && start <= end && end <= text.size());
+        // Between a carriage return and its line feed, the line's end is behind.
+        require(at <= end || (at == end + 1 && text[end] == '\r'));
         require(start == 0 || text[start - 1] == '\n');
-        require(end == text.size() || text[end] == '\n');
+        require(end == text.size() || text[end] == '\n' || text[end] == '\r');
         require(text.substr(start, end - start).find('\n') == std::string_view::npos);
         require(line_start(text, at, -1) <= start && line_start(text, at, 1) >= start);
         require(word_boundary(text, at, true) >= at &&

@@ -73,12 +73,12 @@ TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
 {
     bake(VIMBO_FONT);
     vimbo::blank_control_characters(font);
-    for (const char character : {'\t', '\n', '\v', '\f', '\r'}) {
-        const int code = character;
+    for (const nk_rune character :
+         {nk_rune{'\t'}, nk_rune{'\n'}, nk_rune{'\v'}, nk_rune{'\f'}, nk_rune{'\r'}}) {
         const float blanks = character == '\t' ? 4 : 1;
-        EXPECT_EQ(glyph(character).codepoint, static_cast<nk_rune>(code));
-        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << code;
-        EXPECT_EQ(glyph(character).w, glyph(' ').w) << code;
+        EXPECT_EQ(glyph(character).codepoint, character);
+        EXPECT_EQ(glyph(character).xadvance, blanks * glyph(' ').xadvance) << character;
+        EXPECT_EQ(glyph(character).w, glyph(' ').w) << character;
     }
 }
 
@@ -289,6 +289,18 @@ TEST_F(FontFile, IsRefusedWithoutAUnicodeMapOfAKnownFormat)
         set_checksum(*changed, cmap);
         EXPECT_FALSE(is_taken(*changed));
     }
+}
+
+TEST_F(FontFile, IsAcceptedWithItsOneUnicodeMapBehindOthers)
+{
+    const table &cmap = table_of("cmap");
+    const std::size_t maps = number_at(whole, cmap.offset + 2, 2);
+    ASSERT_GT(maps, 1U);
+    std::string changed = whole;
+    for (std::size_t i = 0; i + 1 < maps; ++i)
+        put_number(changed, cmap.offset + 4 + 8 * i, 0x00030000, 4); // symbols
+    set_checksum(changed, cmap);
+    EXPECT_TRUE(is_taken(changed));
 }
 
 TEST_F(FontFile, IsAcceptedThoughItLacksCharactersOfTheLabels)

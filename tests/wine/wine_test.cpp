@@ -113,7 +113,7 @@ TEST_F(Windows, SourceIsIntegratedShownAndMeasured)
 
 TEST_F(Windows, EvaluationIsCancelled)
 {
-    write_file(source("endless.lua"), "while true do end\n");
+    write_file(source("endless.lua"), "while true do end\nmark(1, 1)\n");
     start();
     driver->show_bottom();
     driver->choose("--", "endless.lua");
@@ -125,8 +125,9 @@ TEST_F(Windows, EvaluationIsCancelled)
     EXPECT_FALSE(std::filesystem::exists("/tmp/mero.end")) << "the evaluator did not see it";
     // Only when the run has ended there is a button for the next one.
     screen->click(driver->editor());
-    press_key("ctrl+a");
-    screen->type(U"mark(1, 1)");
+    press_key("Up", 3);
+    press_key("Home");
+    screen->type(U"-- ");
     driver->press("Integrate");
     EXPECT_TRUE(exists_after(mosaic(0)));
     close_and_expect_good_end();

@@ -8,7 +8,7 @@ namespace rig
 
 std::string special_file(const scratch_directory &place)
 {
-    const std::string path = place.file("pipe");
+    std::string path = place.file("pipe");
     if (mkfifo(path.c_str(), 0600) != 0)
         throw std::runtime_error("no pipe");
     return path;
