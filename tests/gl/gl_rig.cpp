@@ -171,7 +171,7 @@ private:
 
     void watch()
     {
-        constexpr std::chrono::seconds limit(100);
+        constexpr std::chrono::seconds limit(250);
         for (;;) {
             std::this_thread::sleep_for(std::chrono::milliseconds(500));
             const std::lock_guard held(lock);
