@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -152,39 +153,44 @@ class hang_watch : public testing::EmptyTestEventListener
 public:
     hang_watch()
     {
-        std::thread([this] { watch(); }).detach();
+        std::thread(watch, now).detach();
     }
 
 private:
+    // Shared with the thread, which outlives the listener.
+    struct test_under_way {
+        std::mutex lock;
+        std::string name; // empty between the tests
+        std::chrono::steady_clock::time_point begun;
+    };
+
     void OnTestStart(const testing::TestInfo &test) override
     {
-        const std::lock_guard held(lock);
-        running = std::string(test.test_suite_name()) + '.' + test.name();
-        begun = std::chrono::steady_clock::now();
+        const std::lock_guard held(now->lock);
+        now->name = std::string(test.test_suite_name()) + '.' + test.name();
+        now->begun = std::chrono::steady_clock::now();
     }
 
     void OnTestEnd(const testing::TestInfo & /*test*/) override
     {
-        const std::lock_guard held(lock);
-        running.clear();
+        const std::lock_guard held(now->lock);
+        now->name.clear();
     }
 
-    void watch()
+    static void watch(const std::shared_ptr<test_under_way> &test)
     {
         constexpr std::chrono::seconds limit(250);
         for (;;) {
             std::this_thread::sleep_for(std::chrono::milliseconds(500));
-            const std::lock_guard held(lock);
-            if (running.empty() || std::chrono::steady_clock::now() - begun < limit)
+            const std::lock_guard held(test->lock);
+            if (test->name.empty() || std::chrono::steady_clock::now() - test->begun < limit)
                 continue;
-            std::fprintf(stderr, "\n%s does not end\n", running.c_str());
+            std::fprintf(stderr, "\n%s does not end\n", test->name.c_str());
             std::_Exit(1);
         }
     }
 
-    std::mutex lock;
-    std::string running; // empty between the tests
-    std::chrono::steady_clock::time_point begun;
+    const std::shared_ptr<test_under_way> now = std::make_shared<test_under_way>();
 };
 
 } // namespace
