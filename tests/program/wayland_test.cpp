@@ -155,7 +155,7 @@ TEST_P(Density, LeavesPictureOutlineAndTextInPlaceAndSharp)
         EXPECT_NEAR(seen.left + seen.right, area.left + area.right, 3) << mm << " mm";
         EXPECT_NEAR(seen.top + seen.bottom, area.top + area.bottom, 3) << mm << " mm";
     }
-    EXPECT_GT(steepest_step(), 0.7);
+    EXPECT_GT(steepest_step(), 0.8);
     expect_good_end();
 }
 
@@ -260,7 +260,7 @@ TEST_F(Wayland, ScreenThatChangesItsDensityIsFollowed)
         frame.window_width = static_cast<int>(std::lround(2 * width / scale));
         frame.window_height = static_cast<int>(std::lround(2 * height / scale));
         EXPECT_TRUE(shows_picture()) << "at scale " << scale;
-        EXPECT_GT(steepest_step(), 0.7) << "at scale " << scale;
+        EXPECT_GT(steepest_step(), 0.8) << "at scale " << scale;
         EXPECT_TRUE(wait_until([&] {
             const box marks = box_of(screen->screenshot(), mark_colour);
             return std::abs(marks.rows() -
