@@ -225,6 +225,7 @@ TEST_F(KeptPicture, ShowsOnlyTheBackgroundWhereTheFormerPictureLiesElsewhere)
 {
     finish();
     kept.pace.vertices_per_second = 1; // nothing fits into a frame
+    kept.pace.slice_vertices = 1500;
     preview.pan_x = 5;
     draw_frame();
     ASSERT_TRUE(vimbo::is_unfinished(kept));
