@@ -28,9 +28,11 @@ static FILE *open_font(const char *path)
 #define GL_UNSIGNED_SHORT GL_UNSIGNED_INT
 
 // It clips each command; what is drawn as a whole may be limited besides.
-static struct {
+struct edges {
     GLint left, bottom, right, top;
-} drawing_limit;
+};
+static const edges no_limit = {-(1 << 28), -(1 << 28), 1 << 28, 1 << 28};
+static edges drawing_limit = no_limit;
 
 static void scissor_within_limit(GLint x, GLint y, GLsizei width, GLsizei height)
 {
@@ -48,21 +50,21 @@ static void scissor_within_limit(GLint x, GLint y, GLsizei width, GLsizei height
 namespace vimbo
 {
 
-void render_backend_within(GLint left, GLint bottom, GLint right, GLint top)
+void render_backend()
 {
     constexpr int vertex_buffer_size = 16777216;
     constexpr int element_buffer_size = 4194304;
-    drawing_limit = {left, bottom, right, top};
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
     // The backend leaves each frame's draw commands where it has put them, and the
     // next frame's behind them: kilobytes with every frame, all day long.
     nk_buffer_clear(glfw.ctx.draw_list.buffer);
 }
 
-void render_backend()
+void render_backend_within(GLint left, GLint bottom, GLint right, GLint top)
 {
-    constexpr GLint far_away = 1 << 28;
-    render_backend_within(-far_away, -far_away, far_away, far_away);
+    drawing_limit = {left, bottom, right, top};
+    render_backend();
+    drawing_limit = no_limit;
 }
 
 } // namespace vimbo
