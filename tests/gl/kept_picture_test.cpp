@@ -144,8 +144,7 @@ TEST_F(KeptPicture, DropsTheSlicesOfAnOlderView)
         kept.chunks.boxed_vertices = 0; // nothing is drawn in the frame itself
         preview.pan_x = 0.05F * static_cast<float>(i);
         draw_frame();
-        vimbo::draw_slice(kept, parts()); // the boxes
-        vimbo::draw_slice(kept, parts());
+        begin_pass();
         EXPECT_TRUE(kept.pass.under_way);
         EXPECT_TRUE(vimbo::is_unfinished(kept));
     }
@@ -179,7 +178,8 @@ TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
 {
     kept.pace.vertices_per_second = 1;
     draw_frame();
-    vimbo::draw_slice(kept, parts()); // the boxes
+    kept.pass_pace.slice_vertices = 1500;
+    begin_pass();
     int followed = 0;
     constexpr int most_slices = 100000;
     for (int i = 0; i < most_slices && vimbo::is_unfinished(kept); ++i) {

@@ -83,6 +83,13 @@ void preview_rig::draw_slices(int most)
         vimbo::draw_slice(kept, parts());
 }
 
+void preview_rig::begin_pass()
+{
+    constexpr int most_slices = 1000;
+    for (int i = 0; i < most_slices && !kept.pass.under_way; ++i)
+        draw_slices(1);
+}
+
 void preview_rig::finish()
 {
     draw_frame();

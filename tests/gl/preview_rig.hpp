@@ -41,6 +41,9 @@ protected:
     void draw_frame();
     /// So many slices at most.
     void draw_slices(int most);
+    /// Draws slices until a pass has drawn something: the boxes come first, however many
+    /// slices they take on a busy machine.
+    void begin_pass();
     /// The whole picture, in a frame and its slices.
     void finish();
 
