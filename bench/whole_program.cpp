@@ -232,7 +232,7 @@ void measure_mero(const std::string &scratch)
     std::vector<double> evaluated;
     std::vector<double> integrated;
     const std::string integration = "-s 35 " + file + ' ' + mosaic;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < repetitions; ++i) {
         empty.push_back(empty_loop(source));
         evaluated.push_back(run_mero("-S " + file));
         integrated.push_back(run_mero(integration));

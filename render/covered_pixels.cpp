@@ -73,9 +73,9 @@ std::size_t row_at(const covered_pixels &covered, int row)
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(covered.row_words);
 }
 
-bool is_covered(const covered_pixels &covered, const std::uint64_t *bits, const pixel_box &box)
+bool is_covered(const covered_pixels &covered, const std::uint64_t *bits, const pixel_box &box,
+                const pixel_range &range)
 {
-    const pixel_range range = range_of(covered, box);
     for (int row = range.bottom; row <= range.top; ++row) {
         int first = range.left;
         int last = range.right;
@@ -123,14 +123,30 @@ pixel_range range_of(const covered_pixels &covered, const pixel_box &box)
     return is_empty(range) ? pixel_range{0, 0, -1, -1} : range;
 }
 
-bool is_hidden(const covered_pixels &covered, const pixel_box &box)
+bool is_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range)
 {
-    return is_covered(covered, covered.now, box);
+    return is_covered(covered, covered.now, box, range);
 }
 
-bool was_hidden(const covered_pixels &covered, const pixel_box &box)
+bool was_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range)
 {
-    return is_covered(covered, covered.before, box);
+    return is_covered(covered, covered.before, box, range);
+}
+
+void cover_row(covered_pixels &covered, int row, int first, int last)
+{
+    const std::size_t at = row_at(covered, row);
+    const int first_word = first / word_bits;
+    const int last_word = last / word_bits;
+    for (int word = first_word; word <= last_word; ++word) {
+        std::uint64_t bits = ~std::uint64_t{0};
+        if (word == first_word)
+            bits &= bits_from(first);
+        if (word == last_word)
+            bits &= bits_to(last);
+        covered.now[at + static_cast<std::size_t>(word)] |= bits;
+        covered.before[at + static_cast<std::size_t>(word)] |= bits;
+    }
 }
 
 void begin_look(covered_pixels &covered, const pixel_range &range)

@@ -58,9 +58,13 @@ void clear_covered(covered_pixels &covered, int width, int height);
 /// All pixels that lines within the box may cover, and some more.
 pixel_range range_of(const covered_pixels &covered, const pixel_box &box);
 
-/// True when every pixel that lines within the box may cover was covered.
-bool is_hidden(const covered_pixels &covered, const pixel_box &box);
-bool was_hidden(const covered_pixels &covered, const pixel_box &box);
+/// True when every pixel that lines within the box may cover was covered; `range` is
+/// range_of it.
+bool is_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range);
+bool was_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range);
+
+/// Notes pixels of a row, from `first` to `last`, as covered now and before.
+void cover_row(covered_pixels &covered, int row, int first, int last);
 
 /// Begins a look at these pixels: what was seen becomes what was before.
 void begin_look(covered_pixels &covered, const pixel_range &range);

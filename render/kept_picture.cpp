@@ -131,6 +131,8 @@ void draw_newest_first(kept_picture &kept, picture_layer &layer, const picture_p
     const double start = pace_clock();
     begin_drawing(layer);
     if (!kept.pass.under_way) {
+        if (layer.begun > 0)
+            glClear(GL_DEPTH_BUFFER_BIT); // of an earlier pass
         begin_newest_first(kept.pass, target, layer.drawn, kept.wanted_vertices);
         layer.begun = kept.wanted_vertices;
     }
@@ -204,7 +206,8 @@ void draw_within_frame(kept_picture &kept, const picture_parts &parts)
 {
     const bool too_much =
         exceeds_frame(kept.pace, kept.wanted_vertices - layer_under_way(kept).drawn);
-    const bool spares = kept.pass.under_way || are_boxed(kept.chunks, parts.mosaic);
+    // A pass that is shorter than half a frame is shown at once; others go on later.
+    const bool spares = !kept.pass.under_way && are_boxed(kept.chunks, parts.mosaic);
     if (too_much && !spares)
         return;
     const double time = too_much ? frame_time / 2 : frame_time;

@@ -1,9 +1,8 @@
 #include "render/newest_first.hpp"
 
-#include "render/slice_pace.hpp"
+#include "render/crossed_pixels.hpp"
 
 #include <algorithm>
-#include <cstddef>
 #include <span>
 
 namespace vimbo
@@ -12,15 +11,15 @@ namespace vimbo
 namespace
 {
 
-constexpr std::int32_t least_look_after = 128;
-constexpr std::int32_t most_look_after = 1 << 20;
 constexpr std::int32_t most_chunks_at_once = 8192; // gone through for one batch
-constexpr pixel_range nothing_touched = {INT32_MAX, INT32_MAX, -1, -1};
+constexpr int most_runs = path_run_capacity / 2;   // those of one chunk more fit
+constexpr std::int32_t part_vertices = 16;         // left out or drawn together, of a chunk
+static_assert(stretch_vertices / part_vertices <= path_run_capacity - most_runs,
+              "chunks are not longer than a stretch");
 
 // Batches, of which a pass has no more than there are chunks, lie in the nearer
 // half; what nothing was drawn on is at the far end. 24 bits tell the steps apart.
 constexpr double depth_step = 0.5 / chunk_capacity;
-constexpr GLuint half_depth = GLuint{1} << 31;
 static_assert(chunk_capacity <= 1 << 20);
 
 // A range that touches the newest run makes it longer.
@@ -39,39 +38,115 @@ void add_run(path_runs &runs, std::int32_t first, std::int32_t end)
     runs.count[newest - 1] = end - from;
 }
 
-void touch(pixel_range &touched, const pixel_range &range)
+// Segments that end at these vertices, and where they lie.
+struct path_part {
+    std::int32_t first;
+    std::int32_t end;
+    pixel_box box;
+    pixel_range range; // range_of the box
+};
+
+path_part part_of(const newest_first &pass, const path_projection &target, const path_box &box,
+                  std::int32_t first, std::int32_t end)
 {
-    touched = {std::min(touched.left, range.left), std::min(touched.bottom, range.bottom),
-               std::max(touched.right, range.right), std::max(touched.top, range.top)};
+    const pixel_box pixels = pixels_of(box, target);
+    return {first, end, pixels, range_of(pass.covered, pixels)};
+}
+
+// True of a part that cannot be seen, as it is covered or lies outside.
+bool is_left_out(newest_first &pass, const path_part &part)
+{
+    if (part.range.right < part.range.left)
+        return true;
+    if (!is_hidden(pass.covered, part.box, part.range))
+        return false;
+    pass.hidden += part.end - part.first;
+    if (!was_hidden(pass.covered, part.box, part.range))
+        pass.looks.spared += part.end - part.first;
+    return true;
+}
+
+void add_to_batch(newest_first &pass, const path_part &part)
+{
+    add_run(pass.runs, part.first, part.end);
+    touch(pass.looks, part.range);
+}
+
+// Where next to nothing is hidden, lines are looked at in some chunks only: so it is
+// still seen when that changes.
+bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
+{
+    constexpr std::int32_t stretch = 1 << 16;
+    constexpr std::int32_t some = 8;
+    if (pass.in_view >= stretch) {
+        pass.covers_itself = pass.hidden >= pass.in_view / 4;
+        pass.in_view = 0;
+        pass.hidden = 0;
+    }
+    return pass.covers_itself || chunk % some == 0;
+}
+
+// Adds a chunk's parts that can be seen to the batch: what they cover for certain is
+// covered from here on. Gives how many vertices they have.
+std::int32_t take_chunk(newest_first &pass, const path_projection &target,
+                        const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
+{
+    std::int32_t taken = 0;
+    for (std::int32_t part_end = end; part_end > first; part_end -= part_vertices) {
+        const std::int32_t part_first = std::max(part_end - part_vertices, first);
+        // From the vertex before: the first segment starts there.
+        const std::span<const path_vertex> strip =
+            vertices_between(pass.vertices, mosaic, std::max(part_first - 1, 0), part_end);
+        const path_box box = box_around(strip);
+        const path_part part = part_of(pass, target, box, part_first, part_end);
+        if (is_left_out(pass, part))
+            continue;
+        add_to_batch(pass, part);
+        cover_crossed(pass.covered, strip, box, target);
+        taken += part_end - part_first;
+    }
+    return taken;
+}
+
+// Leaves the group at whose end the pass is out, where it is outside of the picture.
+bool skip_group(newest_first &pass, const path_chunks &chunks)
+{
+    const std::int32_t group_vertices = chunks.chunk_vertices * group_chunks;
+    if (pass.undrawn % group_vertices != 0 || pass.undrawn - group_vertices < pass.first ||
+        !are_apart(chunks.group_boxes[pass.undrawn / group_vertices - 1], pass.visible))
+        return false;
+    pass.undrawn -= group_vertices;
+    return true;
 }
 
 // Goes on from chunk to chunk until the batch has that many vertices. Gives how
 // many it has.
 std::int32_t gather_batch(newest_first &pass, const path_projection &target,
-                          const path_chunks &chunks, std::int32_t most_vertices)
+                          const path_chunks &chunks, const mosaic_state &mosaic,
+                          std::int32_t most_vertices)
 {
     std::int32_t gathered = 0;
     pass.runs.used = 0;
     for (int i = 0; i < most_chunks_at_once && pass.undrawn > pass.first &&
-                    gathered < most_vertices && pass.runs.used < path_run_capacity;
+                    gathered < most_vertices && pass.runs.used < most_runs;
          ++i) {
+        if (skip_group(pass, chunks))
+            continue;
         const std::int32_t chunk = (pass.undrawn - 1) / chunks.chunk_vertices;
         const std::int32_t end = pass.undrawn;
         pass.undrawn = std::max(chunk * chunks.chunk_vertices, pass.first);
         if (are_apart(chunks.boxes[chunk], pass.visible))
             continue;
-        const pixel_box box = pixels_of(chunks.boxes[chunk], target);
-        const pixel_range range = range_of(pass.covered, box);
-        if (range.right < range.left)
+        const path_part whole = part_of(pass, target, chunks.boxes[chunk], pass.undrawn, end);
+        pass.in_view += end - pass.undrawn;
+        if (is_left_out(pass, whole))
             continue;
-        if (is_hidden(pass.covered, box)) {
-            if (!was_hidden(pass.covered, box))
-                pass.spared += end - pass.undrawn;
-            continue;
+        if (is_worth_looking_into(pass, chunk)) {
+            gathered += take_chunk(pass, target, mosaic, whole.first, whole.end);
+        } else {
+            add_to_batch(pass, whole);
+            gathered += whole.end - whole.first;
         }
-        add_run(pass.runs, pass.undrawn, end);
-        touch(pass.touched, range);
-        gathered += end - pass.undrawn;
     }
     return gathered;
 }
@@ -90,71 +165,6 @@ void draw_batch(newest_first &pass, const path_projection &target, const picture
     glDisable(GL_DEPTH_TEST);
 }
 
-void read_depths(newest_first &pass, const picture_area &area)
-{
-    constexpr int most = 1 << 14;
-    GLuint depths[most];
-    const pixel_range &range = pass.touched;
-    for (int left = range.left; left <= range.right; left += most) {
-        const int width = std::min(range.right - left + 1, most);
-        const int rows = most / width;
-        for (int row = range.bottom; row <= range.top; row += rows) {
-            const int count = std::min(rows, range.top - row + 1);
-            glReadPixels(area.x + left, area.y + row, width, count, GL_DEPTH_COMPONENT,
-                         GL_UNSIGNED_INT, depths);
-            const auto row_size = static_cast<std::size_t>(width);
-            for (int i = 0; i < count; ++i)
-                see_row(pass.covered, row + i, left,
-                        std::span(depths).subspan(static_cast<std::size_t>(i) * row_size, row_size),
-                        half_depth);
-        }
-    }
-}
-
-// Waits for the batches and sees what they cover. Gives the seconds that seeing took.
-double see_depths(newest_first &pass, const picture_area &area)
-{
-    glFinish();
-    const double start = pace_clock();
-    begin_look(pass.covered, pass.touched);
-    read_depths(pass, area);
-    pass.touched = nothing_touched;
-    return pace_clock() - start;
-}
-
-// What waiting and a look at one pixel take where nothing was drawn, the least ever
-// seen: other programs are in the way now and then.
-void measure_least_look(newest_first &pass, const picture_area &area)
-{
-    const double start = pace_clock();
-    glClear(GL_DEPTH_BUFFER_BIT);
-    pass.touched = {0, 0, 0, 0};
-    see_depths(pass, area);
-    const double time = pace_clock() - start;
-    pass.least_look = pass.least_look > 0 ? std::min(pass.least_look, time) : time;
-}
-
-void begin_round(newest_first &pass)
-{
-    pass.unseen = 0;
-    pass.spared = 0;
-}
-
-// Looks, and weighs what the look before has spared against what could have been
-// drawn meanwhile: looks that pay come sooner.
-void look(newest_first &pass, const picture_area &area, double vertices_per_second)
-{
-    const double cost = (pass.least_look + pass.seeing) * vertices_per_second;
-    const auto spared = static_cast<double>(pass.spared);
-    // What it showed spares more after this look, too: half of its cost is enough.
-    if (spared > cost / 2)
-        pass.look_after = std::max(pass.look_after / 2, least_look_after);
-    else if (spared < cost / 3)
-        pass.look_after = std::min(pass.look_after * 2, most_look_after);
-    pass.seeing = see_depths(pass, area);
-    begin_round(pass);
-}
-
 } // namespace
 
 void begin_newest_first(newest_first &pass, const path_projection &target, std::int32_t first,
@@ -167,25 +177,26 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
     pass.batches = 0;
     pass.drawn = 0;
     pass.visible = lengths_in(target);
-    pass.look_after = std::max(pass.look_after, least_look_after);
-    measure_least_look(pass, target.area);
-    pass.seeing = 0;
-    begin_round(pass);
+    pass.in_view = 0;
+    pass.hidden = 0;
+    pass.covers_itself = true;
+    forget_vertices(pass.vertices);
+    begin_looks(pass.looks);
 }
 
 std::int32_t draw_newest(newest_first &pass, const path_projection &target,
                          const path_chunks &chunks, const picture_parts &parts,
                          std::int32_t most_vertices, double vertices_per_second)
 {
-    const std::int32_t most = std::min(most_vertices, pass.look_after - pass.unseen);
-    const std::int32_t drawn = gather_batch(pass, target, chunks, most);
+    const std::int32_t most = std::min(most_vertices, pass.looks.look_after - pass.looks.unseen);
+    const std::int32_t drawn = gather_batch(pass, target, chunks, parts.mosaic, most);
     if (drawn > 0)
         draw_batch(pass, target, parts);
     pass.drawn += drawn;
-    pass.unseen += drawn;
+    pass.looks.unseen += drawn;
     pass.under_way = pass.undrawn > pass.first;
-    if (pass.under_way && pass.unseen >= pass.look_after)
-        look(pass, target.area, vertices_per_second);
+    if (pass.under_way && is_look_due(pass.looks))
+        look_at_depths(pass.looks, pass.covered, target.area, vertices_per_second);
     return drawn;
 }
 

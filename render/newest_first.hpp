@@ -10,17 +10,19 @@
 // Within a batch all lines have one depth and are drawn in the path's order, and
 // with GL_LEQUAL the later one wins; an older batch is farther and never covers a
 // newer one. So the picture is, to the pixel, that of one draw in the path's order.
-// Now and then the depths are looked at, which tells the pixels that are covered;
-// chunks whose every pixel is covered, or which lie outside of the picture, are
-// left out of the next batches. A look costs as much as drawing a hundred lines or
-// more: how far apart looks are depends on what the last one has spared.
+// Chunks whose every pixel is covered, or which lie outside of the picture, are left
+// out. Most of what a chunk covers is worked out of its lines (`crossed_pixels`) as soon
+// as the chunk is in a batch. What that leaves open is seen by a look at the depths, now
+// and then (`depth_looks`).
 #pragma once
 
 #include "render/covered_pixels.hpp"
+#include "render/depth_looks.hpp"
 #include "render/path_buffer.hpp"
 #include "render/path_chunks.hpp"
 #include "render/path_projection.hpp"
 #include "render/picture_parts.hpp"
+#include "render/vertex_window.hpp"
 
 #include <cstdint>
 
@@ -37,20 +39,20 @@ struct newest_first {
     std::int32_t drawn;   // vertices of theirs; the others were left out
     path_box visible;     // what lies beside it is outside of the picture
 
-    std::int32_t look_after; // vertices to draw before the next look
-    std::int32_t unseen;     // vertices drawn since the last one
-    pixel_range touched;     // by them
-    std::int64_t spared;     // vertices left out thanks to the last look
-    double seeing;           // seconds that it took to read the depths
-    double least_look;       // seconds of a look with nothing to wait for
+    std::int32_t in_view; // vertices, of late;
+    std::int32_t hidden;  // of these
+    bool covers_itself;   // many of them were hidden
+
+    depth_looks looks;
 
     path_runs runs; // of the batch
+    vertex_window vertices;
     covered_pixels covered;
 };
 
 /// Begins a pass over the segments that end at the vertices `first` to `end`, on
-/// top of what the target's area shows. The framebuffer is bound and the area begun,
-/// now and for each batch; covered_pixels must have room for it.
+/// top of what the target's area shows, its depths cleared. The framebuffer is bound and the area
+/// begun, now and for each batch; covered_pixels must have room for it.
 void begin_newest_first(newest_first &pass, const path_projection &target, std::int32_t first,
                         std::int32_t end);
 

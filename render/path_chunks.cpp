@@ -1,7 +1,11 @@
 #include "render/path_chunks.hpp"
 
+#include "render/vertex_window.hpp"
+
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
+#include <cstring>
 
 namespace vimbo
 {
@@ -13,32 +17,82 @@ constexpr std::int32_t least_chunk = 16;
 static_assert(std::int64_t{stretch_vertices} * chunk_capacity > INT32_MAX,
               "chunks are never longer than a stretch");
 
-// Two vertices at a time, as a vector register holds them.
-path_box box_of(std::span<const path_vertex> vertices, path_box box)
+// In single precision, as every processor compares four such numbers at once; GCC and
+// Clang have no plainer words for that. Two vertices lie in four lanes.
+using four_lengths [[gnu::vector_size(16)]] = length_unit;
+using four_floats [[gnu::vector_size(16)]] = float;
+
+struct rounded_box {
+    four_floats low;
+    four_floats high;
+};
+
+void add_pair(rounded_box &box, const path_vertex *pair)
 {
-    length_unit low[4] = {box.left, box.bottom, box.left, box.bottom};
-    length_unit high[4] = {box.right, box.top, box.right, box.top};
-    const std::size_t pairs = vertices.size() / 2;
-    for (std::size_t i = 0; i < pairs; ++i) {
-        const path_vertex &a = vertices[2 * i];
-        const path_vertex &b = vertices[2 * i + 1];
-        const length_unit now[4] = {a.x, a.y, b.x, b.y};
-        for (int k = 0; k < 4; ++k) {
-            low[k] = now[k] < low[k] ? now[k] : low[k];
-            high[k] = now[k] > high[k] ? now[k] : high[k];
-        }
+    four_lengths lengths;
+    std::memcpy(&lengths, pair, sizeof lengths);
+    const auto now = __builtin_convertvector(lengths, four_floats);
+    box.low = now < box.low ? now : box.low;
+    box.high = now > box.high ? now : box.high;
+}
+
+rounded_box rounded_box_of(std::span<const path_vertex> vertices, const path_vertex &from)
+{
+    const path_vertex start[] = {from, vertices.back()};
+    four_lengths lengths;
+    std::memcpy(&lengths, start, sizeof lengths);
+    const auto first = __builtin_convertvector(lengths, four_floats);
+    // Two sums, which do not wait for each other.
+    rounded_box even = {first, first};
+    rounded_box odd = even;
+    std::size_t i = 0;
+    for (; i + 4 <= vertices.size(); i += 4) {
+        add_pair(even, &vertices[i]);
+        add_pair(odd, &vertices[i + 2]);
     }
-    box = {std::min(low[0], low[2]), std::min(low[1], low[3]), std::max(high[0], high[2]),
-           std::max(high[1], high[3])};
-    if (vertices.size() % 2 != 0) {
-        const path_vertex &last = vertices.back();
-        box = {std::min(box.left, last.x), std::min(box.bottom, last.y),
-               std::max(box.right, last.x), std::max(box.top, last.y)};
-    }
-    return box;
+    if (i + 2 <= vertices.size())
+        add_pair(even, &vertices[i]);
+    return {odd.low < even.low ? odd.low : even.low, odd.high > even.high ? odd.high : even.high};
+}
+
+// What a length was at least, or at most, before it was rounded to single precision:
+// up to 24 bits it is the same.
+length_unit unrounded(float rounded, double direction)
+{
+    constexpr double share = 1.0 / (1 << 23);
+    const double length =
+        std::floor(std::fabs(double{rounded}) * share) * direction + double{rounded};
+    return static_cast<length_unit>(std::clamp(length, double{INT32_MIN}, double{INT32_MAX}));
+}
+
+path_box box_of(std::span<const path_vertex> vertices, const path_vertex &from)
+{
+    const rounded_box box = rounded_box_of(vertices, from);
+    return {unrounded(std::min(box.low[0], box.low[2]), -1),
+            unrounded(std::min(box.low[1], box.low[3]), -1),
+            unrounded(std::max(box.high[0], box.high[2]), 1),
+            unrounded(std::max(box.high[1], box.high[3]), 1)};
+}
+
+path_box box_around(const path_box &a, const path_box &b)
+{
+    return {std::min(a.left, b.left), std::min(a.bottom, b.bottom), std::max(a.right, b.right),
+            std::max(a.top, b.top)};
+}
+
+void add_to_group(path_chunks &chunks, std::int32_t chunk)
+{
+    const path_box &box = chunks.boxes[chunk];
+    path_box &group = chunks.group_boxes[chunk / group_chunks];
+    group = chunk % group_chunks == 0 ? box : box_around(group, box);
 }
 
 } // namespace
+
+path_box box_around(std::span<const path_vertex> vertices)
+{
+    return box_of(vertices, vertices.front());
+}
 
 void fit_chunks(path_chunks &chunks, const mosaic_state &mosaic)
 {
@@ -62,30 +116,32 @@ bool are_boxed(const path_chunks &chunks, const mosaic_state &mosaic)
 
 void box_stretch(path_chunks &chunks, const mosaic_state &mosaic)
 {
-    path_vertex stretch[stretch_vertices];
-    const std::int32_t count =
-        std::min(stretch_vertices, chunks.vertex_count - chunks.boxed_vertices);
-    glBindBuffer(GL_COPY_READ_BUFFER, mosaic.mosaic_vbo);
-    glGetBufferSubData(
-        GL_COPY_READ_BUFFER,
-        static_cast<GLintptr>(chunks.boxed_vertices) * static_cast<GLintptr>(sizeof(path_vertex)),
-        static_cast<GLsizeiptr>(count) * static_cast<GLsizeiptr>(sizeof(path_vertex)), stretch);
-    glBindBuffer(GL_COPY_READ_BUFFER, 0);
-    box_vertices(chunks, std::span(stretch).first(static_cast<std::size_t>(count)));
+    const std::int32_t first = chunks.boxed_vertices;
+    const auto count =
+        static_cast<std::size_t>(std::min(stretch_vertices, chunks.vertex_count - first));
+    // A copy would take as long as all else.
+    if (const path_vertex *vertices = map_vertices(mosaic, first, count)) {
+        box_vertices(chunks, std::span(vertices, count));
+        unmap_vertices();
+        return;
+    }
+    path_vertex copy[stretch_vertices];
+    read_vertices(mosaic, first, std::span(copy).first(count));
+    box_vertices(chunks, std::span(copy).first(count));
 }
 
 void box_vertices(path_chunks &chunks, std::span<const path_vertex> vertices)
 {
     while (!vertices.empty()) {
         const std::int32_t within = chunks.boxed_vertices % chunks.chunk_vertices;
-        path_box &box = chunks.boxes[chunks.boxed_vertices / chunks.chunk_vertices];
-        if (within == 0) {
-            const path_vertex &from = chunks.boxed_vertices > 0 ? chunks.last_boxed : vertices[0];
-            box = {from.x, from.y, from.x, from.y};
-        }
+        const std::int32_t chunk = chunks.boxed_vertices / chunks.chunk_vertices;
+        path_box &box = chunks.boxes[chunk];
+        const path_vertex &from = chunks.boxed_vertices > 0 ? chunks.last_boxed : vertices[0];
         const auto count =
             std::min(static_cast<std::size_t>(chunks.chunk_vertices - within), vertices.size());
-        box = box_of(vertices.first(count), box);
+        const path_box added = box_of(vertices.first(count), from);
+        box = within == 0 ? added : box_around(box, added);
+        add_to_group(chunks, chunk);
         chunks.last_boxed = vertices[count - 1];
         chunks.boxed_vertices += static_cast<std::int32_t>(count);
         vertices = vertices.subspan(count);

@@ -6,6 +6,9 @@
 //     segments that end at its vertices, so the box holds the last vertex of the
 //     chunk before it, too: the strip goes on from there
 //
+// Sixty-four chunks are a group, with a box around theirs: what lies outside of a
+// picture is left out group by group.
+//
 // The boxes take the same memory whatever the path's length: a longer one has
 // longer chunks. They are read from the buffer that is drawn, stretch by stretch.
 #pragma once
@@ -19,7 +22,8 @@
 namespace vimbo
 {
 
-/// The least box that holds some vertices; edges are inside.
+/// A box that holds some vertices, edges inside: the least one, or larger by a share of
+/// 2⁻²³ of where it lies.
 struct path_box {
     length_unit left;
     length_unit bottom;
@@ -27,13 +31,18 @@ struct path_box {
     length_unit top;
 };
 
+/// The box of these vertices, at least one.
+path_box box_around(std::span<const path_vertex> vertices);
+
 inline constexpr std::int32_t chunk_capacity = 1 << 19;
+inline constexpr std::int32_t group_chunks = 64;
 /// As many vertices are read from the buffer at a time, a whole number of chunks.
 inline constexpr std::int32_t stretch_vertices = 1 << 13;
 
-/// All zero: no path. 8 MiB. Main thread only.
+/// All zero: no path. 8 MiB and an eighth. Main thread only.
 struct path_chunks {
     path_box boxes[chunk_capacity];
+    path_box group_boxes[chunk_capacity / group_chunks];
     std::int32_t vertex_count;   // of the path
     std::int32_t chunk_vertices; // of each chunk but the last
     std::int32_t boxed_vertices; // of the path, from its start

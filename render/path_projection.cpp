@@ -9,7 +9,6 @@ namespace vimbo
 namespace
 {
 
-constexpr double largest_length = 2147483647;
 // What the driver's single precision may be off by, as a share of what it adds up.
 constexpr double rounding = 1.0 / (1 << 20);
 
@@ -17,6 +16,12 @@ struct stretch {
     double low;
     double high;
 };
+
+double rounding_of(length_unit from, length_unit to, double scale, double shift, int pixels)
+{
+    const double most = std::max(std::fabs(from * scale), std::fabs(to * scale)) / largest_length;
+    return (most + std::fabs(shift) + 1) * rounding * pixels / 2;
+}
 
 // Where a stretch of the path lies along an axis of the picture, in pixels.
 stretch pixels_of(length_unit from, length_unit to, double scale, double shift, int pixels)
@@ -26,9 +31,9 @@ stretch pixels_of(length_unit from, length_unit to, double scale, double shift, 
         return {std::nan(""), std::nan("")};
     const double a = from / largest_length * scale;
     const double b = to / largest_length * scale;
-    const double off = (std::max(std::fabs(a), std::fabs(b)) + std::fabs(shift) + 1) * rounding;
+    const double off = rounding_of(from, to, scale, shift, pixels);
     const double half = pixels / 2.0;
-    return {(std::min(a, b) + shift + 1 - off) * half, (std::max(a, b) + shift + 1 + off) * half};
+    return {(std::min(a, b) + shift + 1) * half - off, (std::max(a, b) + shift + 1) * half + off};
 }
 
 // The other way round: lengths that can be seen at all, with a pixel more.
@@ -52,6 +57,13 @@ pixel_box pixels_of(const path_box &box, const path_projection &projection)
     const stretch y =
         pixels_of(box.bottom, box.top, turn * m[5], turn * m[13], projection.area.height);
     return {x.low, y.low, x.high, y.high};
+}
+
+double rounding_of(const path_box &box, const path_projection &projection)
+{
+    const GLfloat *m = projection.matrix.element;
+    return std::max(rounding_of(box.left, box.right, m[0], m[12], projection.area.width),
+                    rounding_of(box.bottom, box.top, m[5], m[13], projection.area.height));
 }
 
 path_box lengths_in(const path_projection &projection)

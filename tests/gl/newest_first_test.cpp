@@ -248,12 +248,25 @@ TEST_F(NewestFirst, SurvivesViewsThatShowNothing)
 TEST_F(NewestFirst, DrawsLittleOfAPathThatCoversItself)
 {
     constexpr std::int32_t lines = 150000;
-    load(hatch(lines, 90.0 * millimetre, 60.0 * millimetre));
-    expect_direct_picture("at first");
-    preview.pan_x = 0.1F;
-    expect_direct_picture("of the second view");
-    EXPECT_GT(kept.pass.drawn, 0);
-    EXPECT_LT(kept.pass.drawn, lines * 2 / 3);
+    for (const auto &points :
+         {hatch(lines, 90.0 * millimetre, 60.0 * millimetre), short_hatch(lines)}) {
+        load(points);
+        expect_direct_picture("at first");
+        preview.pan_x += 0.1F;
+        expect_direct_picture("of the second view");
+        EXPECT_GT(kept.pass.drawn, 0);
+        EXPECT_LT(kept.pass.drawn, lines * 2 * 2 / 5);
+    }
+}
+
+TEST_F(NewestFirst, GoesPastWhatLiesOutsideOfANearView)
+{
+    load(scatter(200000, 1.0 * millimetre, 19));
+    expect_direct_picture("from afar");
+    preview.zoom = 1024;
+    expect_direct_picture("of a near view");
+    EXPECT_LE(kept.pass.batches, 4);
+    EXPECT_LT(kept.pass.drawn, 20000);
 }
 
 TEST_F(NewestFirst, LeavesTheDepthSettingsAsTheyAreByDefault)
@@ -281,6 +294,16 @@ TEST_F(NewestFirst, IsNotUsedWhereAPictureFitsIntoAFrame)
     EXPECT_EQ(kept.chunks.boxed_vertices, 0) << "boxes that nobody needs";
 }
 
+void expect_same_boxes(const vimbo::path_chunks &chunks, const vimbo::path_chunks &wanted)
+{
+    for (int chunk = 0; chunk * chunks.chunk_vertices < 20001; ++chunk) {
+        EXPECT_EQ(chunks.boxes[chunk].left, wanted.boxes[chunk].left);
+        EXPECT_EQ(chunks.boxes[chunk].bottom, wanted.boxes[chunk].bottom);
+        EXPECT_EQ(chunks.boxes[chunk].right, wanted.boxes[chunk].right);
+        EXPECT_EQ(chunks.boxes[chunk].top, wanted.boxes[chunk].top);
+    }
+}
+
 TEST_F(NewestFirst, ReadsItsBoxesFromWhatTheBufferHolds)
 {
     const std::vector<path_vertex> points = scatter(20000, 2.0 * millimetre, 18);
@@ -294,12 +317,29 @@ TEST_F(NewestFirst, ReadsItsBoxesFromWhatTheBufferHolds)
     box_vertices(*wanted, points);
     while (!are_boxed(*chunks, mosaic))
         box_stretch(*chunks, mosaic);
-    for (int chunk = 0; chunk * chunks->chunk_vertices < 20001; ++chunk) {
-        EXPECT_EQ(chunks->boxes[chunk].left, wanted->boxes[chunk].left);
-        EXPECT_EQ(chunks->boxes[chunk].bottom, wanted->boxes[chunk].bottom);
-        EXPECT_EQ(chunks->boxes[chunk].right, wanted->boxes[chunk].right);
-        EXPECT_EQ(chunks->boxes[chunk].top, wanted->boxes[chunk].top);
-    }
+    expect_same_boxes(*chunks, *wanted);
+}
+
+void *map_nothing(GLenum /*target*/, GLintptr /*offset*/, GLsizeiptr /*size*/, GLbitfield /*use*/)
+{
+    return nullptr;
+}
+
+TEST_F(NewestFirst, ReadsItsBoxesWhereTheDriverMapsNoBuffer)
+{
+    load(scatter(20000, 2.0 * millimetre, 18));
+    auto chunks = std::make_unique<vimbo::path_chunks>();
+    auto wanted = std::make_unique<vimbo::path_chunks>();
+    fit_chunks(*chunks, mosaic);
+    fit_chunks(*wanted, mosaic);
+    while (!are_boxed(*wanted, mosaic))
+        box_stretch(*wanted, mosaic);
+    const auto map = glMapBufferRange;
+    glMapBufferRange = map_nothing;
+    while (!are_boxed(*chunks, mosaic))
+        box_stretch(*chunks, mosaic);
+    glMapBufferRange = map;
+    expect_same_boxes(*chunks, *wanted);
 }
 
 } // namespace

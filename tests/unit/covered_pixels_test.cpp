@@ -1,5 +1,7 @@
 #include "render/covered_pixels.hpp"
 
+#include "tests/support/hidden.hpp"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -52,24 +54,24 @@ TEST_F(CoveredPixels, AreThoseWhoseDiamondsLinesCanMeet)
 {
     start(200, 10);
     const pixel_box in_one_diamond = {70.4, 3.4, 70.6, 3.6};
-    EXPECT_FALSE(is_hidden(covered, in_one_diamond));
+    EXPECT_FALSE(rig::is_hidden(covered, in_one_diamond));
     cover(70, 3);
-    EXPECT_TRUE(is_hidden(covered, in_one_diamond));
+    EXPECT_TRUE(rig::is_hidden(covered, in_one_diamond));
     // The end of a line along the row: it reaches into the next pixel's square, but
     // not into its diamond.
-    EXPECT_TRUE(is_hidden(covered, {70.3, 3.1, 71.05, 3.2}));
-    EXPECT_FALSE(is_hidden(covered, {70.3, 3.4, 71.1, 3.6})) << "that is near its centre";
+    EXPECT_TRUE(rig::is_hidden(covered, {70.3, 3.1, 71.05, 3.2}));
+    EXPECT_FALSE(rig::is_hidden(covered, {70.3, 3.4, 71.1, 3.6})) << "that is near its centre";
     cover(71, 3);
-    EXPECT_TRUE(is_hidden(covered, {70.3, 3.4, 71.1, 3.6}));
+    EXPECT_TRUE(rig::is_hidden(covered, {70.3, 3.4, 71.1, 3.6}));
 }
 
 TEST_F(CoveredPixels, IncludeThoseThatADriverMayRoundInto)
 {
     start(200, 10);
     cover(70, 3);
-    EXPECT_FALSE(is_hidden(covered, {70.5, 3.5, 71.0, 3.5})) << "on the next diamond's corner";
-    EXPECT_FALSE(is_hidden(covered, {70.5, 3.5, 70.996, 3.5})) << "1/256 before it";
-    EXPECT_TRUE(is_hidden(covered, {70.5, 3.5, 70.98, 3.5}));
+    EXPECT_FALSE(rig::is_hidden(covered, {70.5, 3.5, 71.0, 3.5})) << "on the next diamond's corner";
+    EXPECT_FALSE(rig::is_hidden(covered, {70.5, 3.5, 70.996, 3.5})) << "1/256 before it";
+    EXPECT_TRUE(rig::is_hidden(covered, {70.5, 3.5, 70.98, 3.5}));
 }
 
 TEST_F(CoveredPixels, HideNothingThatOneOfThemMisses)
@@ -79,11 +81,11 @@ TEST_F(CoveredPixels, HideNothingThatOneOfThemMisses)
     const std::size_t missing = 17 * 300 + 191;
     depths[missing] = far_away;
     look_at({0, 0, 299, 39}, depths);
-    EXPECT_TRUE(is_hidden(covered, {0, 0, 190.9, 39}));
-    EXPECT_TRUE(is_hidden(covered, {0, 0, 300, 16.9}));
-    EXPECT_TRUE(is_hidden(covered, {192.1, 0, 300, 40}));
-    EXPECT_FALSE(is_hidden(covered, {0, 0, 191.5, 39}));
-    EXPECT_FALSE(is_hidden(covered, {191.5, 17.5, 191.5, 17.5}));
+    EXPECT_TRUE(rig::is_hidden(covered, {0, 0, 190.9, 39}));
+    EXPECT_TRUE(rig::is_hidden(covered, {0, 0, 300, 16.9}));
+    EXPECT_TRUE(rig::is_hidden(covered, {192.1, 0, 300, 40}));
+    EXPECT_FALSE(rig::is_hidden(covered, {0, 0, 191.5, 39}));
+    EXPECT_FALSE(rig::is_hidden(covered, {191.5, 17.5, 191.5, 17.5}));
 }
 
 // By the definition: a pixel's diamond is all that is nearer to its centre than
@@ -122,7 +124,7 @@ TEST_F(CoveredPixels, HideABoxExactlyWhenAllItsDiamondsAreCovered)
                 some = some || is_met(box, pixel % width, pixel / width, 0.5);
                 more = more || is_met(box, pixel % width, pixel / width, 0.51);
             }
-        const bool found = is_hidden(covered, box);
+        const bool found = rig::is_hidden(covered, box);
         hidden += found ? 1 : 0;
         EXPECT_FALSE(found && some) << "a pixel that is not covered is taken for covered";
         EXPECT_FALSE(!found && !more) << "covered, and not known to be";
@@ -136,11 +138,11 @@ TEST_F(CoveredPixels, TellWhatTheLastLookAdded)
     start(10, 10);
     const pixel_box box = {3.4, 3.4, 3.6, 3.6};
     cover(3, 3);
-    EXPECT_TRUE(is_hidden(covered, box));
-    EXPECT_FALSE(was_hidden(covered, box));
+    EXPECT_TRUE(rig::is_hidden(covered, box));
+    EXPECT_FALSE(rig::was_hidden(covered, box));
     cover(5, 5);
-    EXPECT_TRUE(is_hidden(covered, box));
-    EXPECT_TRUE(was_hidden(covered, box));
+    EXPECT_TRUE(rig::is_hidden(covered, box));
+    EXPECT_TRUE(rig::was_hidden(covered, box));
 }
 
 TEST_F(CoveredPixels, AreForgottenForANewPicture)
@@ -148,8 +150,8 @@ TEST_F(CoveredPixels, AreForgottenForANewPicture)
     start(10, 10);
     cover(3, 3);
     start(20, 5);
-    EXPECT_FALSE(is_hidden(covered, {3.4, 3.4, 3.6, 3.6}));
-    EXPECT_FALSE(was_hidden(covered, {3.4, 3.4, 3.6, 3.6}));
+    EXPECT_FALSE(rig::is_hidden(covered, {3.4, 3.4, 3.6, 3.6}));
+    EXPECT_FALSE(rig::was_hidden(covered, {3.4, 3.4, 3.6, 3.6}));
 }
 
 TEST_F(CoveredPixels, LieInThePictureAlone)
@@ -185,7 +187,7 @@ TEST_F(CoveredPixels, MayAllBeMetByABoxWithoutNumbers)
         EXPECT_EQ(range.right, 99);
         EXPECT_EQ(range.bottom, 0);
         EXPECT_EQ(range.top, 49);
-        EXPECT_FALSE(is_hidden(covered, box));
+        EXPECT_FALSE(rig::is_hidden(covered, box));
     }
 }
 

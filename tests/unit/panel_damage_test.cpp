@@ -1,5 +1,6 @@
 #include "app/panel_damage.hpp"
 
+#include "tests/support/drawn_canvas.hpp"
 #include "ui/nuklear.hpp"
 
 #include <gtest/gtest.h>
@@ -22,15 +23,7 @@ class drawn_frame
 public:
     explicit drawn_frame(const std::function<void(nk_command_buffer *)> &draw)
     {
-        font.height = 16;
-        font.width = [](nk_handle /*font*/, float /*height*/, const char * /*text*/, int length) {
-            return static_cast<float>(8 * length);
-        };
-        nk_init_default(&context, &font);
-        context.style.window.fixed_background = nk_style_item_hide();
-        if (nk_begin(&context, "frame", nk_rect(0, 0, 1000, 1000), NK_WINDOW_NO_SCROLLBAR) != 0)
-            draw(nk_window_get_canvas(&context));
-        nk_end(&context);
+        rig::draw_on_canvas(context, font, draw);
         commands = vimbo::complete_draw_commands(&context);
         listed = vimbo::list_commands(*list, commands);
     }

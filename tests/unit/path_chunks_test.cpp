@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace
@@ -42,17 +44,33 @@ path_box expected_box(const std::vector<path_vertex> &vertices, std::size_t firs
     return box;
 }
 
+// At most so much larger as single precision may be off by.
+void expect_edge(std::int32_t edge, std::int32_t wanted, int direction, const std::string &whose)
+{
+    const double larger = direction * (static_cast<double>(edge) - wanted);
+    EXPECT_GE(larger, 0) << whose;
+    EXPECT_LE(larger, std::fabs(static_cast<double>(wanted)) / (1 << 22)) << whose;
+}
+
+void expect_box(const path_box &box, const path_box &wanted, const std::string &whose)
+{
+    expect_edge(box.left, wanted.left, -1, "left of " + whose);
+    expect_edge(box.bottom, wanted.bottom, -1, "bottom of " + whose);
+    expect_edge(box.right, wanted.right, 1, "right of " + whose);
+    expect_edge(box.top, wanted.top, 1, "top of " + whose);
+}
+
 void expect_boxes(const path_chunks &chunks, const std::vector<path_vertex> &vertices)
 {
     const auto size = static_cast<std::size_t>(chunks.chunk_vertices);
-    for (std::size_t chunk = 0; chunk * size < vertices.size(); ++chunk) {
-        const path_box wanted = expected_box(vertices, chunk * size, (chunk + 1) * size);
-        const path_box &box = chunks.boxes[chunk];
-        EXPECT_EQ(box.left, wanted.left) << "chunk " << chunk;
-        EXPECT_EQ(box.bottom, wanted.bottom) << "chunk " << chunk;
-        EXPECT_EQ(box.right, wanted.right) << "chunk " << chunk;
-        EXPECT_EQ(box.top, wanted.top) << "chunk " << chunk;
-    }
+    for (std::size_t chunk = 0; chunk * size < vertices.size(); ++chunk)
+        expect_box(chunks.boxes[chunk], expected_box(vertices, chunk * size, (chunk + 1) * size),
+                   "chunk " + std::to_string(chunk));
+    const std::size_t group_size = size * vimbo::group_chunks;
+    for (std::size_t group = 0; group * group_size < vertices.size(); ++group)
+        expect_box(chunks.group_boxes[group],
+                   expected_box(vertices, group * group_size, (group + 1) * group_size),
+                   "group " + std::to_string(group));
 }
 
 TEST(PathChunks, HoldTheirSegmentsWhateverStretchesTheyAreReadIn)
@@ -72,6 +90,19 @@ TEST(PathChunks, HoldTheirSegmentsWhateverStretchesTheyAreReadIn)
             expect_boxes(*chunks, vertices);
         }
     }
+}
+
+TEST(PathChunks, HaveExactBoxesOfLengthsUpToTwentyFourBits)
+{
+    const auto chunks = std::make_unique<path_chunks>();
+    const vimbo::mosaic_state mosaic = mosaic_of(5);
+    fit_chunks(*chunks, mosaic);
+    const path_vertex vertices[] = {{0, 0}, {8388607, -3}, {-8388607, 5}, {7, 8388606}, {1, -1}};
+    box_vertices(*chunks, vertices);
+    EXPECT_EQ(chunks->boxes[0].left, -8388607);
+    EXPECT_EQ(chunks->boxes[0].bottom, -3);
+    EXPECT_EQ(chunks->boxes[0].right, 8388607);
+    EXPECT_EQ(chunks->boxes[0].top, 8388606);
 }
 
 TEST(PathChunks, FitIntoTheSameMemoryWhateverThePathsLength)

@@ -1,0 +1,205 @@
+#include "render/crossed_pixels.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+namespace vimbo
+{
+
+namespace
+{
+
+// What a driver may be off by when it rounds positions to 1/256 of a pixel.
+constexpr double rounding_margin = 1.0 / 256;
+constexpr double most_margin = 1.0 / 8;
+
+struct pixel_point {
+    double x;
+    double y;
+};
+
+// A line of pixels, not steeper than a diagonal once x and y have changed places
+// where it is `turned`. What is closer to an edge than the margin is left open.
+struct flat_line {
+    pixel_point start;
+    pixel_point end;
+    double slope;
+    double margin;
+    int rows; // of the picture; its columns where it is turned
+    bool turned;
+};
+
+double height_at(const flat_line &line, double x)
+{
+    return line.start.y + (x - line.start.x) * line.slope;
+}
+
+// How far a point is outside of a pixel's diamond; negative inside.
+double beyond_diamond(const pixel_point &at, int column, int row)
+{
+    return std::fabs(at.x - column - 0.5) + std::fabs(at.y - row - 0.5) - 0.5;
+}
+
+// std::floor costs more than all that is done with it.
+int pixel_at(double position)
+{
+    const int whole = static_cast<int>(position);
+    return whole > position ? whole - 1 : whole;
+}
+
+// The first column whose centre is not before this place, and the last not behind it.
+int first_column(double x)
+{
+    return -pixel_at(0.5 - x);
+}
+
+int last_column(double x)
+{
+    return pixel_at(x - 0.5);
+}
+
+// Cuts what lies outside of the picture off, as drivers do. False when nothing is left.
+bool clip_axis(pixel_point &start, pixel_point &end, double pixel_point::*axis, double size)
+{
+    const pixel_point a = start;
+    const pixel_point b = end;
+    const double span = b.*axis - a.*axis;
+    const auto at = [&](double edge) {
+        const double share = (edge - a.*axis) / span;
+        pixel_point point = {a.x + (b.x - a.x) * share, a.y + (b.y - a.y) * share};
+        point.*axis = edge;
+        return point;
+    };
+    if (std::max(a.*axis, b.*axis) < 0 || std::min(a.*axis, b.*axis) > size)
+        return false;
+    if (a.*axis < 0 || a.*axis > size)
+        start = at(a.*axis < 0 ? 0 : size);
+    if (b.*axis < 0 || b.*axis > size)
+        end = at(b.*axis < 0 ? 0 : size);
+    return true;
+}
+
+void cover(covered_pixels &covered, const flat_line &line, int row, int first, int last)
+{
+    if (!line.turned) {
+        cover_row(covered, row, first, last);
+        return;
+    }
+    for (int column = first; column <= last; ++column)
+        cover_row(covered, column, row, row);
+}
+
+// The pixel that the line starts in, where it leaves that one's diamond from inside.
+// From right below or above a centre llvmpipe leaves it out on the way to the left;
+// diagonals may be taken for flat or for steep.
+void cover_start(covered_pixels &covered, const flat_line &line)
+{
+    const int column = pixel_at(line.start.x);
+    const int row = pixel_at(line.start.y);
+    if (std::fabs(line.start.x - column - 0.5) >= line.margin &&
+        std::fabs(line.start.y - row - 0.5) >= line.margin &&
+        beyond_diamond(line.start, column, row) <= -line.margin &&
+        beyond_diamond(line.end, column, row) >= line.margin)
+        cover(covered, line, row, column, column);
+}
+
+// Of the columns from `first` to `last`, whose centres the line passes, those in which
+// it does so in this row.
+void cover_in_row(covered_pixels &covered, const flat_line &line, int row, int first, int last)
+{
+    const double from = row + line.margin;
+    const double to = row + 1 - line.margin;
+    const double heights[] = {height_at(line, first + 0.5), height_at(line, last + 0.5)};
+    if (std::min(heights[0], heights[1]) < from || std::max(heights[0], heights[1]) > to) {
+        const double a = line.start.x + (from - line.start.y) / line.slope;
+        const double b = line.start.x + (to - line.start.y) / line.slope;
+        // Not so of a level line, which has no such places.
+        if (!(std::fabs(a) < INT32_MAX && std::fabs(b) < INT32_MAX))
+            return;
+        first = std::max(first, first_column(std::min(a, b)));
+        last = std::min(last, last_column(std::max(a, b)));
+    }
+    if (first <= last)
+        cover(covered, line, row, first, last);
+}
+
+// True when the line has an end in the diamond of the pixel whose column it passes there,
+// or so close to it that rounding decides.
+bool ends_in_column(const flat_line &line, const pixel_point &end, int column)
+{
+    const int row = pixel_at(height_at(line, column + 0.5));
+    return beyond_diamond(end, column, row) < line.margin;
+}
+
+void cover_flat_line(covered_pixels &covered, const flat_line &line)
+{
+    cover_start(covered, line);
+    const bool leftwards = line.end.x < line.start.x;
+    const pixel_point &left = leftwards ? line.end : line.start;
+    const pixel_point &right = leftwards ? line.start : line.end;
+    int first = first_column(left.x + line.margin);
+    int last = last_column(right.x - line.margin);
+    if (first <= last && ends_in_column(line, left, first))
+        ++first;
+    if (first <= last && ends_in_column(line, right, last))
+        --last;
+    if (first > last)
+        return;
+    const int row = pixel_at(height_at(line, first + 0.5));
+    const int last_row = pixel_at(height_at(line, last + 0.5));
+    for (int at = std::max(std::min(row, last_row), 0);
+         at <= std::min(std::max(row, last_row), line.rows - 1); ++at)
+        cover_in_row(covered, line, at, first, last);
+}
+
+void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, double margin)
+{
+    if (!clip_axis(start, end, &pixel_point::x, covered.width) ||
+        !clip_axis(start, end, &pixel_point::y, covered.height))
+        return;
+    const double across = end.x - start.x;
+    const double up = end.y - start.y;
+    if (std::fabs(across) >= std::fabs(up))
+        cover_flat_line(covered, {start, end, up / across, margin, covered.height, false});
+    else
+        cover_flat_line(
+            covered,
+            {{start.y, start.x}, {end.y, end.x}, across / up, margin, covered.width, true});
+}
+
+// Pixels of a length along an axis: length * scale + shift.
+struct pixel_axis {
+    double scale;
+    double shift;
+};
+
+pixel_axis axis_of(double scale, double shift, int pixels)
+{
+    const double half = pixels / 2.0;
+    return {scale * half / largest_length, (shift + 1) * half};
+}
+
+} // namespace
+
+void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
+                   const path_projection &target)
+{
+    const double margin = rounding_margin + rounding_of(box, target);
+    if (!(margin < most_margin))
+        return;
+    const GLfloat *m = target.matrix.element;
+    const double turn = target.upside_down ? -1 : 1;
+    const pixel_axis x = axis_of(m[0], m[12], target.area.width);
+    const pixel_axis y = axis_of(turn * m[5], turn * m[13], target.area.height);
+    pixel_point start = {};
+    for (std::size_t i = 0; i < strip.size(); ++i) {
+        const pixel_point end = {strip[i].x * x.scale + x.shift, strip[i].y * y.scale + y.shift};
+        if (i > 0)
+            cover_line(covered, start, end, margin);
+        start = end;
+    }
+}
+
+} // namespace vimbo

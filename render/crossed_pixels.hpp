@@ -1,0 +1,32 @@
+// Which pixels a line covers for certain, worked out from its ends: what would else
+// have to be read back from the driver, which costs as much as a thousand lines.
+//
+// A line covers the pixels whose diamond it leaves. Of a line that is wider than high
+// that is one pixel in each column whose centre it passes, `+`, and the first one when
+// the line starts in its diamond:
+//
+//      +---+---+---+---+---+
+//      |   |   |   | + | + o     the last column counts only when the line ends
+//      o + | + | + |   |   |     outside of its diamond
+//      +---+---+---+---+---+
+//
+// Drivers round: what comes so close to the edge of a pixel or of its diamond that
+// rounding could decide is left open.
+#pragma once
+
+#include "mosaic/path_vertex.hpp"
+#include "render/covered_pixels.hpp"
+#include "render/path_chunks.hpp"
+#include "render/path_projection.hpp"
+
+#include <span>
+
+namespace vimbo
+{
+
+/// Notes as covered what the lines of a strip cover for certain. They lie within the
+/// box. Does nothing where the view is so near that positions are not certain.
+void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
+                   const path_projection &target);
+
+} // namespace vimbo

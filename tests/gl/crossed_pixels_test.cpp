@@ -1,0 +1,150 @@
+// What is worked out of a line's pixels, against the pixels that the driver covers.
+#include "render/crossed_pixels.hpp"
+#include "render/offscreen.hpp"
+#include "tests/gl/preview_rig.hpp"
+#include "tests/support/hidden.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace
+{
+
+using namespace rig;
+using vimbo::path_vertex;
+
+constexpr vimbo::picture_area area = {40, 60, 96, 80};
+
+class CrossedPixels : public preview_rig
+{
+protected:
+    CrossedPixels()
+    {
+        target = {vimbo::preview_matrix(preview, area.width, area.height), area, false};
+    }
+
+    // A place in pixels of the area, as a path's vertex.
+    path_vertex at(double x, double y) const
+    {
+        const vimbo::path_matrix &m = target.matrix;
+        const double across = (x / area.width * 2 - 1 - m.element[12]) / m.element[0];
+        const double up = (y / area.height * 2 - 1 - m.element[13]) / m.element[5];
+        const auto length = [](double share) {
+            return static_cast<std::int32_t>(
+                std::clamp(std::round(share * vimbo::largest_length), -2147483000.0, 2147483000.0));
+        };
+        return {length(across), length(up)};
+    }
+
+    // Counts the pixels of each of these lines, two vertices each: those that are known
+    // beforehand, those that are drawn, and those that are known and not drawn.
+    void compare(const std::vector<path_vertex> &ends)
+    {
+        load(ends);
+        vimbo::begin_area(area);
+        if (target.upside_down)
+            vimbo::turn_clip_origin(true);
+        pixels drawn(std::size_t{area.width} * area.height * 4);
+        for (std::size_t i = 0; i + 1 < ends.size(); i += 2) {
+            glClearColor(0, 0, 0, 1);
+            glClear(GL_COLOR_BUFFER_BIT);
+            vimbo::draw_path_range(program, target.matrix, mosaic.mosaic_vao,
+                                   static_cast<std::int32_t>(i) + 1, 2, vimbo::mosaic_colours);
+            glReadPixels(area.x, area.y, area.width, area.height, GL_RGBA, GL_UNSIGNED_BYTE,
+                         drawn.data());
+            compare_line(ends[i], ends[i + 1], drawn);
+        }
+        if (target.upside_down)
+            vimbo::turn_clip_origin(false);
+        vimbo::end_area();
+    }
+
+    void compare_line(const path_vertex &from, const path_vertex &to, const pixels &drawn)
+    {
+        clear_covered(*covered, area.width, area.height);
+        const path_vertex strip[] = {from, to};
+        const vimbo::path_box box = {std::min(from.x, to.x), std::min(from.y, to.y),
+                                     std::max(from.x, to.x), std::max(from.y, to.y)};
+        cover_crossed(*covered, strip, box, target);
+        for (int row = 0; row < area.height; ++row)
+            for (int column = 0; column < area.width; ++column) {
+                const bool is_drawn =
+                    drawn[static_cast<std::size_t>(row * area.width + column) * 4] != 0;
+                const double x = column + 0.5;
+                const double y = row + 0.5;
+                const bool is_known = rig::is_hidden(*covered, {x, y, x, y});
+                drawn_count += is_drawn ? 1 : 0;
+                known_count += is_known ? 1 : 0;
+                if (is_known && !is_drawn && ++wrong_count <= 5)
+                    ADD_FAILURE() << "pixel " << column << ", " << row << " of a line from "
+                                  << place_of(from) << " to " << place_of(to);
+            }
+    }
+
+    std::string place_of(const path_vertex &vertex) const
+    {
+        const vimbo::pixel_box box =
+            pixels_of(vimbo::path_box{vertex.x, vertex.y, vertex.x, vertex.y}, target);
+        return std::to_string((box.left + box.right) / 2) + ", " +
+               std::to_string((box.bottom + box.top) / 2);
+    }
+
+    const std::unique_ptr<vimbo::covered_pixels> covered =
+        std::make_unique<vimbo::covered_pixels>();
+    vimbo::path_projection target = {};
+    int drawn_count = 0;
+    int known_count = 0;
+    int wrong_count = 0;
+};
+
+TEST_F(CrossedPixels, AreDrawnWhereverALineLies)
+{
+    std::mt19937 random(21);
+    for (const bool upside_down : {false, true}) {
+        if (upside_down && !vimbo::can_turn_clip_origin())
+            continue;
+        target.upside_down = upside_down;
+        for (const double reach : {0.7, 3.0, 12.0, 60.0, 900.0}) {
+            const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
+            std::vector<path_vertex> ends;
+            for (int i = 0; i < 1500; ++i) {
+                const double x = share() * (area.width + 10) - 5;
+                const double y = share() * (area.height + 10) - 5;
+                ends.push_back(at(x, y));
+                ends.push_back(at(x + (2 * share() - 1) * reach, y + (2 * share() - 1) * reach));
+            }
+            compare(ends);
+        }
+    }
+    EXPECT_EQ(wrong_count, 0);
+    EXPECT_GT(known_count, drawn_count / 2) << "little of what is drawn is known";
+}
+
+TEST_F(CrossedPixels, AreDrawnWhereLinesEndOnTheEdgesOfDiamonds)
+{
+    std::mt19937 random(22);
+    for (const int parts_of_a_pixel : {2, 8, 64}) {
+        const auto within = [&](int size) {
+            return static_cast<double>(random() % static_cast<unsigned>(size * parts_of_a_pixel)) /
+                   parts_of_a_pixel;
+        };
+        std::vector<path_vertex> ends;
+        for (int i = 0; i < 3000; ++i) {
+            const double x = within(area.width);
+            const double y = within(area.height);
+            ends.push_back(at(x, y));
+            ends.push_back(i % 3 == 0 ? at(within(area.width), y)
+                                      : at(x + within(8) - 4, y + within(8) - 4));
+        }
+        compare(ends);
+    }
+    EXPECT_EQ(wrong_count, 0);
+    EXPECT_GT(known_count, drawn_count / 2) << "little of what is drawn is known";
+}
+
+} // namespace
