@@ -1,6 +1,7 @@
 #include "app/shown_panels.hpp"
 
 #include "app/panel_damage.hpp"
+#include "ui/commands_in_pixels.hpp"
 #include "ui/nuklear_backend.hpp"
 
 #include <algorithm>
@@ -120,9 +121,11 @@ bool keep_commands(kept_commands &kept, const draw_commands &commands, const com
     return true;
 }
 
-void draw_all(const frame_state &frame, shown_panels &panels, bool copy_wanted)
+void draw_all(const frame_state &frame, shown_panels &panels, const draw_commands &commands,
+              bool copy_wanted)
 {
     clear_window();
+    put_on_pixels(commands, frame.ratio);
     render_backend();
     panels.copied = false;
     const pixel_edges window = whole_window(frame);
@@ -142,6 +145,7 @@ void draw_damage(const frame_state &frame, shown_panels &panels, const draw_comm
     glScissor(part.left, part.bottom, part.right - part.left, part.top - part.bottom);
     clear_window();
     drop_commands_beside(commands, panels.now, damage);
+    put_on_pixels(commands, frame.ratio);
     render_backend_within(part.left, part.bottom, part.right, part.top);
     copy_from_window(panels.copy, part);
 }
@@ -178,7 +182,8 @@ void render_panels(const frame_state &frame, shown_panels &panels)
     if (!is_most_of(frame, damage))
         draw_damage(frame, panels, commands, damage);
     else
-        draw_all(frame, panels, kept && !first); // the program's first frame is waited for
+        draw_all(frame, panels, commands,
+                 kept && !first); // the program's first frame is waited for
 }
 
 void render_popup_again(const shown_panels &panels)

@@ -43,6 +43,9 @@ void bake_font(nk_context *context, baked_font &baked, const pixel_ratio &ratio)
     nk_glfw3_font_stash_end();
     // Laid out in the window's units, however many pixels its glyphs have.
     font->handle.height = height;
+    // Where a unit is a pixel, text looks as it always has.
+    if (ratio != pixel_ratio{})
+        put_glyphs_on_pixels(font);
     blank_control_characters(font);
     nk_style_set_font(context, &font->handle);
     baked.ratio = ratio;

@@ -12,7 +12,7 @@ struct nk_context;
 namespace vimbo
 {
 
-/// Pixels of the window, origin top left; the right and the bottom one are outside.
+/// In the window's units, origin top left; right and bottom are outside.
 struct window_rect {
     int left;
     int top;

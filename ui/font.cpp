@@ -4,6 +4,8 @@
 #include "ui/fixed_text.hpp"
 #include "ui/font_file.hpp"
 
+#include <cmath>
+
 namespace vimbo
 {
 
@@ -49,6 +51,15 @@ struct nk_font *add_font(nk_font_atlas *atlas, const char *path, float pixels)
     struct nk_font_config config = nk_font_config(configured_height);
     config.range = glyph_ranges;
     return nk_font_atlas_add_from_file(atlas, path, pixels, &config);
+}
+
+void put_glyphs_on_pixels(struct nk_font *font)
+{
+    for (nk_font_glyph &glyph : std::span(font->glyphs, font->info.glyph_count)) {
+        const float up = glyph.y0 - std::round(glyph.y0);
+        glyph.y0 -= up;
+        glyph.y1 -= up;
+    }
 }
 
 void blank_control_characters(struct nk_font *font)

@@ -25,6 +25,10 @@ bool find_font_file(std::span<char> path);
 /// can be read.
 struct nk_font *add_font(nk_font_atlas *atlas, const char *path, float pixels);
 
+/// Once the atlas is baked: moves each glyph up or down by less than a pixel, so that
+/// its pixels are the screen's where its row begins on one.
+void put_glyphs_on_pixels(struct nk_font *font);
+
 /// Once the atlas is baked: a tab shows as four blanks, a carriage return as one.
 void blank_control_characters(struct nk_font *font);
 

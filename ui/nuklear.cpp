@@ -54,6 +54,11 @@ void render_backend()
 {
     constexpr int vertex_buffer_size = 16777216;
     constexpr int element_buffer_size = 4194304;
+    // The commands count in pixels; left to the backend, smoothed edges would be as wide
+    // as a unit of the window, and shapes that touch would leave a seam.
+    glfw.width = glfw.display_width;
+    glfw.height = glfw.display_height;
+    glfw.fb_scale = nk_vec2(1, 1);
     nk_glfw3_render(NK_ANTI_ALIASING_ON, vertex_buffer_size, element_buffer_size);
     // The backend leaves each frame's draw commands where it has put them, and the
     // next frame's behind them: kilobytes with every frame, all day long.

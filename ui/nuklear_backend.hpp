@@ -12,8 +12,9 @@
 namespace vimbo
 {
 
-/// Has Nuklear's commands drawn, but only within this part of the window: columns
-/// and rows in GL's window coordinates, the last ones outside.
+/// Has Nuklear's commands, which count in pixels by now, drawn, but only within this
+/// part of the window: columns and rows in GL's window coordinates, the last ones
+/// outside.
 void render_backend_within(GLint left, GLint bottom, GLint right, GLint top);
 
 /// The same for the whole window.

@@ -158,7 +158,7 @@ void on_window_moved(GLFWwindow *window, int /*x*/, int /*y*/)
 bool is_pressed_again(input_queue &queue, bool left)
 {
     constexpr double soon = 0.4; // seconds
-    constexpr float nearby = 4;  // pixels
+    constexpr float nearby = 4;  // in the window's units
     const double now = glfwGetTime();
     const bool again = left && now - queue.pressed_at < soon &&
                        std::abs(queue.pointer_x - queue.pressed_x) <= nearby &&

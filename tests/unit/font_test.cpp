@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
 #include <string_view>
@@ -29,9 +30,9 @@ protected:
         nk_font_atlas_clear(&atlas);
     }
 
-    void bake(const char *path)
+    void bake(const char *path, float pixels = vimbo::font_height)
     {
-        font = vimbo::add_font(&atlas, path, vimbo::font_height);
+        font = vimbo::add_font(&atlas, path, pixels);
         ASSERT_NE(font, nullptr);
         int width = 0;
         int height = 0;
@@ -67,6 +68,24 @@ TEST_F(Font, IsSixteenPixelsHigh)
 {
     bake(VIMBO_FONT);
     EXPECT_EQ(font->handle.height, 16);
+}
+
+TEST_F(Font, CanBePutOnWholePixels)
+{
+    for (const float pixels : {20.0F, 32.0F}) {
+        nk_font_atlas_clear(&atlas);
+        nk_font_atlas_init_default(&atlas);
+        nk_font_atlas_begin(&atlas);
+        bake(VIMBO_FONT, pixels);
+        const nk_font_glyph before = glyph('E');
+        ASSERT_NE(before.y0, std::round(before.y0)) << "it lies there by itself";
+        vimbo::put_glyphs_on_pixels(font);
+        EXPECT_EQ(glyph('E').y0, std::round(before.y0));
+        EXPECT_FLOAT_EQ(glyph('E').y1 - glyph('E').y0, before.y1 - before.y0);
+        EXPECT_EQ(glyph('E').v0, before.v0);
+        for (const nk_rune character : {U'g', U'T', U'_', U'|'})
+            EXPECT_EQ(glyph(character).y0, std::round(glyph(character).y0)) << character;
+    }
 }
 
 TEST_F(Font, ShowsATabAsFourBlanksAndACarriageReturnAsOne)
