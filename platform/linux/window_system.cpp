@@ -2,6 +2,10 @@
 
 #include <GLFW/glfw3.h>
 
+#ifdef GLFW_PLATFORM
+#include "platform/linux/wayland_seat.hpp"
+#endif
+
 namespace vimbo
 {
 
@@ -14,6 +18,8 @@ namespace
 // there either is no news.
 bool start_quietly(int platform)
 {
+    if (platform == GLFW_PLATFORM_WAYLAND && is_seat_missing())
+        return false;
     const GLFWerrorfun told = glfwSetErrorCallback(nullptr);
     glfwInitHint(GLFW_PLATFORM, platform);
     const bool started = glfwInit() == GLFW_TRUE;
@@ -25,6 +31,10 @@ bool start_quietly(int platform)
 
 bool start_window_system()
 {
+    if (is_seat_missing()) {
+        glfwInitHint(GLFW_PLATFORM, GLFW_PLATFORM_X11);
+        return glfwInit() == GLFW_TRUE;
+    }
     return glfwInit() == GLFW_TRUE || start_quietly(GLFW_PLATFORM_X11) ||
            start_quietly(GLFW_PLATFORM_WAYLAND);
 }

@@ -60,6 +60,7 @@ TEST_F(Start, FailsInOneLineWithASizeThatNoWindowCanHave)
             run_to_end({VIMBO_PROGRAM, "-w", size}, {"DISPLAY=" + display.name()});
         EXPECT_EQ(run.exit_code, 255) << size;
         EXPECT_EQ(run.complaints, "Failed to create the window\n") << size;
+        EXPECT_EQ(run.printed, "") << size << " is not even asked for";
     }
 }
 

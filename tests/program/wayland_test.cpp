@@ -26,6 +26,7 @@ struct box {
     {
         return bottom - top;
     }
+    bool operator==(const box &) const = default;
 };
 
 std::string text_of(const box &area)
@@ -91,6 +92,13 @@ protected:
                << text_of(place_of_it);
     }
 
+    // How many pixels have the colour of marks.
+    int marks() const
+    {
+        const image all = screen->screenshot();
+        return static_cast<int>(std::ranges::count(all.pixels, mark_colour));
+    }
+
     // Of text's full contrast, the most that there is between two pixels one above the
     // other.
     double steepest_step()
@@ -115,6 +123,24 @@ protected:
         screen->key("End");
     }
 
+    // Between two frames.
+    void press_briefly(int button = 1)
+    {
+        screen->press(button);
+        screen->release(button);
+        screen->settle();
+    }
+
+    // The window comes under a pointer that stays where it is.
+    void enter_and_click(point at, int button = 1)
+    {
+        desktop->tell("workspace 2");
+        screen->move(at);
+        desktop->tell("workspace 1");
+        screen->settle();
+        press_briefly(button);
+    }
+
     // What another program finds in the clipboard.
     std::string pasted_elsewhere() const
     {
@@ -134,7 +160,7 @@ class Density : public Wayland, public testing::WithParamInterface<double>
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(OfPixels, Density, testing::Values(1, 1.25, 1.5, 2));
+INSTANTIATE_TEST_SUITE_P(OfPixels, Density, testing::Values(1, 1.25, 1.5, 2, 3));
 
 TEST_P(Density, LeavesPictureOutlineAndTextInPlaceAndSharp)
 {
@@ -191,10 +217,37 @@ TEST_P(Density, LeavesAnOpenListOverThePicture)
     expect_good_end();
 }
 
-TEST_P(Density, LeavesADragAsFarAsItIs)
+TEST_P(Density, LeavesNoSeamInAnOpenListOverAChart)
 {
+    for (int i = 10; i < 50; ++i)
+        std::filesystem::create_directories(place.file("tray" + std::to_string(i)));
+    start_under_wayland({.statistics = true, .scale = GetParam()});
+    driver->panels().click(driver->place_of("tray"));
+    const box list = in_pixels(driver->panels().app().frame.context->begin->popup.win->bounds);
+    // All of a list is grey, a chart is not.
+    const auto coloured = [&] {
+        constexpr int near = 3; // pixels that the list's frame may take or leave
+        const image all = screen->screenshot();
+        int count = 0;
+        for (int y = list.top + near; y < list.bottom - near; ++y)
+            for (int x = list.left + near; x < list.right - near; ++x)
+                count += std::abs(all.at(x, y).blue - all.at(x, y).red) > 4 ? 1 : 0;
+        return count;
+    };
+    ASSERT_TRUE(wait_until([&] { return coloured() > 0; })) << "no chart lies where the list will";
+    driver->press("tray");
+    EXPECT_TRUE(wait_until([&] { return coloured() == 0; }))
+        << coloured() << " pixels of the chart";
+    expect_good_end();
+}
+
+TEST_P(Density, LeavesADragAsFarAsItIsAndTheOtherButtonsWhatTheyDo)
+{
+    write_file(mosaic(0), square_mosaic(40));
     start_under_wayland({.preview = true, .scale = GetParam()});
     ASSERT_TRUE(shows_picture());
+    ASSERT_TRUE(wait_until([&] { return marks() > 0; }));
+    const int all_marks = marks();
     const box first = box_of(screen->screenshot(), outline_colour);
     const struct nk_rect area = driver->picture();
     const point from = {static_cast<int>(area.x + area.w / 2),
@@ -216,6 +269,13 @@ TEST_P(Density, LeavesADragAsFarAsItIs)
     })) << "moved by "
         << moved.left - first.left << ", " << moved.top - first.top << " instead of " << right
         << ", " << down;
+    screen->click(from, 2);
+    EXPECT_TRUE(wait_until([&] { return box_of(screen->screenshot(), outline_colour) == first; }))
+        << "the view is not reset";
+    screen->click(from, 3);
+    const int begun = marks();
+    EXPECT_LT(begun, all_marks / 2) << "no replay begins";
+    EXPECT_TRUE(wait_until([&] { return marks() > begun; })) << "the replay does not go on";
     expect_good_end();
 }
 
@@ -238,7 +298,7 @@ TEST_P(Density, LeavesNoTraceOfWhatIsDrawnInParts)
     screen->settle();
     const image in_parts = screen->screenshot();
     // Comes back to the same window, which is then drawn whole.
-    desktop->set_scale(3);
+    desktop->set_scale(GetParam() == 3 ? 2 : 3);
     screen->settle();
     ASSERT_FALSE(screen->screenshot().pixels == in_parts.pixels);
     desktop->set_scale(GetParam());
@@ -273,25 +333,53 @@ TEST_F(Wayland, ScreenThatChangesItsDensityIsFollowed)
 
 TEST_F(Wayland, ClickRightAfterThePointerCameInWithoutMotionGoesWhereItIs)
 {
-    start_under_wayland({});
+    write_file(source("a.txt"), "first line\n");
+    write_file(mosaic(0), square_mosaic(40));
     tools.put("mero", "exit 0");
-    screen->click(driver->editor());
-    // The window comes under a pointer that stays where it is.
-    const auto enter_and_click = [this](point at) {
-        desktop->tell("workspace 2");
-        screen->move(at);
-        desktop->tell("workspace 1");
-        screen->settle();
-        screen->press();
-        screen->release();
+    start_under_wayland({.preview = true});
+    ASSERT_TRUE(shows_picture());
+    const int before = marks();
+    for (const char *label : {"--", "a.txt"}) {
+        const point at = driver->place_of(label);
+        enter_and_click(at);
+        driver->panels().click(at);
+    }
+    enter_and_click(driver->place_of("Raw"));
+    enter_and_click(driver->place_of("Evaluate"));
+    EXPECT_EQ(awaited_arguments("mero"), "-S\n-r\n/tmp//vimbo\n");
+    EXPECT_EQ(read_file("/tmp/vimbo"), "first line\n");
+    enter_and_click(driver->editor());
+    screen->type(U"Edited.");
+    EXPECT_EQ(evaluated_text(), "first line\nEdited.");
+    const struct nk_rect area = driver->picture();
+    enter_and_click({static_cast<int>(area.x + area.w / 2), static_cast<int>(area.y + area.h / 2)},
+                    3);
+    EXPECT_LT(marks(), before / 2) << "no replay begins";
+    expect_good_end();
+}
+
+TEST_F(Wayland, ClickAfterTheWindowMovedBelowThePointerGoesWhereItIs)
+{
+    tools.put("mero", "exit 0");
+    start_under_wayland({.bottom = true});
+    const auto move_window = [this](point to) {
+        desktop->tell("move absolute position " + std::to_string(to.x) + ' ' +
+                      std::to_string(to.y));
         screen->settle();
     };
-    const point toggle = driver->place_of("-", 1);
-    enter_and_click(toggle);
-    driver->panels().click(toggle);
-    enter_and_click(driver->place_of("Evaluate"));
+    desktop->tell("fullscreen disable, floating enable, resize set " + std::to_string(width) + ' ' +
+                  std::to_string(height));
+    const point evaluate = driver->place_of("Evaluate");
+    screen->move({evaluate.x + 40, evaluate.y + 30});
+    move_window({40, 30});
+    press_briefly();
     EXPECT_EQ(awaited_arguments("mero"), "-S\n/tmp//vimbo\n");
-    expect_good_end();
+    const point quit = driver->place_of("X");
+    screen->move(quit); // beside the window, which then comes below the pointer
+    move_window({0, 0});
+    press_briefly();
+    EXPECT_EQ(vimbo->wait_for_end(), 0);
+    EXPECT_EQ(complaints(), "");
 }
 
 TEST_F(Wayland, WindowIsMatchedWithItsMenuEntry)
@@ -363,23 +451,6 @@ TEST_F(Wayland, WindowThatIsOutOfSightCanBeClosed)
     // Frames go by, of which nobody sees any.
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
     expect_good_end();
-}
-
-TEST_F(Wayland, CompositorThatIsGoneMakesItGoToX)
-{
-    start({.environment = {"WAYLAND_DISPLAY=nobody", "XDG_SESSION_TYPE=wayland"}});
-    EXPECT_NE(window, 0U);
-    screen->close_window(window);
-    EXPECT_EQ(vimbo->wait_for_end(), 0);
-    EXPECT_EQ(complaints(), "");
-}
-
-TEST_F(Wayland, IsGoneToWhereThereIsNoXServer)
-{
-    start_under_wayland({.environment = {"DISPLAY=:4999", "XDG_SESSION_TYPE=x11"}});
-    desktop->tell("[app_id=\".*\"] kill");
-    EXPECT_EQ(vimbo->wait_for_end(), 0);
-    EXPECT_EQ(complaints(), "");
 }
 
 } // namespace

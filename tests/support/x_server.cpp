@@ -27,19 +27,19 @@ constexpr auto answer_time = std::chrono::seconds(30);
 
 } // namespace
 
-x_server::x_server(int width, int height)
+x_server::x_server(int width, int height, bool with_gl)
 {
     hide_wayland();
     // Servers that start at the same time can get in each other's way.
     constexpr int attempts = 20;
     const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + "x24";
     for (int i = 0; i < attempts && display == nullptr; ++i)
-        start_server(screen);
+        start_server(screen, with_gl);
     if (display == nullptr)
         throw std::runtime_error("Xvfb did not start");
 }
 
-void x_server::start_server(const std::string &screen)
+void x_server::start_server(const std::string &screen, bool with_gl)
 {
     int ends[2] = {};
     if (pipe(ends) != 0)
@@ -52,7 +52,8 @@ void x_server::start_server(const std::string &screen)
         dup2(nowhere, STDERR_FILENO);
         close(ends[0]);
         execlp("Xvfb", "Xvfb", "-displayfd", number_end.c_str(), "-screen", "0", screen.c_str(),
-               "-nolisten", "tcp", "-noreset", nullptr);
+               "-nolisten", "tcp", "-noreset", with_gl ? "+extension" : "-extension", "GLX",
+               nullptr);
         _exit(127);
     }
     close(ends[1]);

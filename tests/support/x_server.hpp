@@ -20,7 +20,7 @@ namespace rig
 class x_server
 {
 public:
-    explicit x_server(int width = 1920, int height = 1300);
+    explicit x_server(int width = 1920, int height = 1300, bool with_gl = true);
     ~x_server();
     x_server(const x_server &) = delete;
     x_server &operator=(const x_server &) = delete;
@@ -78,7 +78,7 @@ public:
     image screenshot() const;
 
 private:
-    void start_server(const std::string &screen);
+    void start_server(const std::string &screen, bool with_gl);
     void end_server();
     void send_key(unsigned int code, bool down) const;
     unsigned int code_of(unsigned long symbol, bool &shift) const;
