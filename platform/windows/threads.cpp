@@ -1,6 +1,7 @@
 #include "platform/threads.hpp"
 
 #include <pthread.h>
+#include <windows.h>
 
 namespace vimbo
 {
@@ -18,7 +19,11 @@ bool start_thread(reader_thread &thread, reader_function entry, void *argument)
 
 bool try_join(reader_thread thread, void *&result)
 {
-    return _pthread_tryjoin(thread.handle, &result) == 0;
+    // The library lets a thread be joined, and hands its record to the next one that is
+    // started, while the thread is still at work on that record. The two would then
+    // share it, and the next one count as ended before it has begun.
+    return WaitForSingleObject(pthread_gethandle(thread.handle), 0) == WAIT_OBJECT_0 &&
+           _pthread_tryjoin(thread.handle, &result) == 0;
 }
 
 } // namespace vimbo

@@ -2,14 +2,10 @@
 
 #include "platform/entry_list.hpp"
 #include "platform/visited_directories.hpp"
-#include "platform/windows/wide_text.hpp"
-
-#include <windows.h>
+#include "platform/windows/directory_search.hpp"
 
 #include <cstddef>
-#include <cstdint>
 #include <cstring>
-#include <cwchar>
 
 namespace vimbo
 {
@@ -21,17 +17,13 @@ constexpr std::size_t path_capacity = 4096;
 // Each directory on the way down adds a separator and a character.
 constexpr std::size_t max_depth = path_capacity / 2;
 
-// A name has at most 260 units of 16 bits, each at most three bytes.
-constexpr std::size_t name_capacity = std::size_t{3} * 260;
-
 // Its entries are read at once and sorted, or where there is no memory left for that,
 // one by one, as the directory has them.
 struct open_level {
     std::size_t path_length; // of the directory
     bool is_sorted;
-    entry_list entries; // sorted
-    HANDLE search;      // not sorted
-    bool has_first;     // its first entry, which comes with the search, is waiting
+    entry_list entries;      // sorted
+    directory_search search; // not sorted
 };
 
 struct tree_walk {
@@ -41,8 +33,7 @@ struct tree_walk {
     std::size_t path_length;
     open_level levels[max_depth];
     std::size_t depth;
-    WIN32_FIND_DATAW found; // by a search, last
-    char found_name[name_capacity];
+    found_entry found;
     visited_directories visited;
     entry_memory entries;
 };
@@ -50,32 +41,6 @@ struct tree_walk {
 bool is_separator(char character)
 {
     return character == '/' || character == '\\';
-}
-
-// What a path, its links followed, leads to.
-struct destination {
-    bool exists;
-    bool is_directory;
-    directory_id id;
-};
-
-destination find_destination(const char *path)
-{
-    wchar_t wide[wide_path_capacity];
-    BY_HANDLE_FILE_INFORMATION info = {};
-    if (!to_system_path(path, wide))
-        return {};
-    HANDLE handle = CreateFileW(wide, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (handle == INVALID_HANDLE_VALUE)
-        return {};
-    const bool exists =
-        GetFileType(handle) == FILE_TYPE_DISK && GetFileInformationByHandle(handle, &info) != FALSE;
-    CloseHandle(handle);
-    const std::uint64_t number = std::uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow;
-    return {exists,
-            (info.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-            {info.dwVolumeSerialNumber, number}};
 }
 
 void set_path_length(tree_walk &walk, std::size_t length)
@@ -101,64 +66,12 @@ bool set_name(tree_walk &walk, const char *name)
     return true;
 }
 
-// Other marks are the system's own, such as those of files that are not here yet.
-bool is_link(const WIN32_FIND_DATAW &found)
-{
-    return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
-           (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
-            found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
-}
-
-// What the directory says of an entry is enough for files: asking the system for each
-// of thousands would take most of the walk. What a link leads to is found out later:
-// it counts as a directory until then.
-entry_type type_of(const WIN32_FIND_DATAW &found)
-{
-    if (is_link(found))
-        return entry_type::link_to_directory;
-    return (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? entry_type::directory
-                                                                    : entry_type::file;
-}
-
-bool is_the_directory_or_its_parent(const wchar_t *name)
-{
-    return std::wcscmp(name, L".") == 0 || std::wcscmp(name, L"..") == 0;
-}
-
-// The search's next entry; false at its end. Names that are no text are left out.
-bool search_next(tree_walk &walk, open_level &level, entry &next)
-{
-    do {
-        if (!level.has_first && FindNextFileW(level.search, &walk.found) == FALSE)
-            return false;
-        level.has_first = false;
-    } while (is_the_directory_or_its_parent(walk.found.cFileName) ||
-             !to_utf_8(walk.found.cFileName, walk.found_name));
-    next = {walk.found_name, type_of(walk.found)};
-    return true;
-}
-
-HANDLE start_search(tree_walk &walk)
-{
-    wchar_t pattern[wide_path_capacity];
-    if (!to_system_path(walk.path, pattern))
-        return INVALID_HANDLE_VALUE;
-    const std::size_t length = std::wcslen(pattern);
-    if (length + 3 > wide_path_capacity)
-        return INVALID_HANDLE_VALUE;
-    const wchar_t last = pattern[length - 1];
-    const bool separated = last == L'/' || last == L'\\' || last == L':';
-    std::wcscpy(pattern + length, separated ? L"*" : L"\\*");
-    return FindFirstFileExW(pattern, FindExInfoBasic, &walk.found, FindExSearchNameMatch, nullptr,
-                            FIND_FIRST_EX_LARGE_FETCH);
-}
-
 // False, and nothing of it taken, when there is no memory for all of the directory.
 bool read_sorted(tree_walk &walk, open_level &level)
 {
     level.entries = begin_list(walk.entries);
     entry next = {};
-    while (search_next(walk, level, next))
+    while (search_next(level.search, walk.found, next))
         if (!append_entry(walk.entries, level.entries, next)) {
             drop_list(walk.entries, level.entries);
             return false;
@@ -169,28 +82,25 @@ bool read_sorted(tree_walk &walk, open_level &level)
 
 void enter_directory(tree_walk &walk)
 {
-    HANDLE search = walk.depth < max_depth ? start_search(walk) : INVALID_HANDLE_VALUE;
-    if (search == INVALID_HANDLE_VALUE)
+    directory_search search = {};
+    if (walk.depth == max_depth || !start_search(walk.path, search, walk.found))
         return;
     open_level &level = walk.levels[walk.depth++];
-    level = {walk.path_length, false, {}, search, true};
+    level = {walk.path_length, false, {}, search};
     level.is_sorted = read_sorted(walk, level);
-    FindClose(search);
-    if (level.is_sorted)
-        return;
-    level.search = start_search(walk);
-    level.has_first = true;
-    if (level.search == INVALID_HANDLE_VALUE)
+    end_search(level.search);
+    // Once more from its beginning.
+    if (!level.is_sorted && !start_search(walk.path, level.search, walk.found))
         --walk.depth;
 }
 
 void leave_directory(tree_walk &walk)
 {
-    const open_level &level = walk.levels[--walk.depth];
+    open_level &level = walk.levels[--walk.depth];
     if (level.is_sorted)
         drop_list(walk.entries, level.entries);
     else
-        FindClose(level.search);
+        end_search(level.search);
 }
 
 // Makes `next` the next entry of the deepest directory. False at its end.
@@ -199,7 +109,7 @@ bool take_next(tree_walk &walk, entry &next)
     open_level &level = walk.levels[walk.depth - 1];
     set_path_length(walk, level.path_length);
     return level.is_sorted ? next_entry(walk.entries, level.entries, next)
-                           : search_next(walk, level, next);
+                           : search_next(level.search, walk.found, next);
 }
 
 // One that tells nothing of itself, as it denies us all access, is no link to another.

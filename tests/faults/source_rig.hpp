@@ -43,6 +43,19 @@ protected:
         expect_as_before();
     }
 
+    // The open one is deleted as the operator does, and is still there.
+    void expect_to_outlive_its_deletion(const std::string &name)
+    {
+        panels.click("-");
+        panels.click("!");
+        open_file = "-";
+        expect_as_before();
+        vimbo::open_source(panels.app().bar, panels.app().editor, source("a.txt").c_str());
+        panels.frame();
+        open_list();
+        EXPECT_TRUE(listed(name));
+    }
+
     // Each of the editor's own movements and changes once, and back again.
     void work_on_it()
     {

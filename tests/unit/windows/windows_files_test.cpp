@@ -187,6 +187,41 @@ TEST(WindowsFile, OnAFullDiskKeepsWhatItHolds)
     EXPECT_EQ(content_of(kept), "of one block");
 }
 
+// scripts/test-windows brings the link, which no program here can make.
+TEST(WindowsFile, IsWrittenThroughALink)
+{
+    const char *links = std::getenv("VIMBO_LINKS");
+    if (links == nullptr)
+        GTEST_SKIP() << "there is no link to be written through";
+    const std::string linked = std::string(links) + "/linked file";
+    ASSERT_EQ(content_of(linked), "old");
+    EXPECT_TRUE(overwrite(std::string(links) + "/link to it", "new"));
+    EXPECT_EQ(content_of(linked), "new");
+    EXPECT_TRUE(overwrite(linked, "old"));
+}
+
+TEST(WindowsFile, InADirectorysPlaceIsRefused)
+{
+    const scratch_directory place;
+    EXPECT_FALSE(overwrite(place.path().generic_string(), "lost"));
+    EXPECT_FALSE(overwrite(place.path().generic_string() + '/', "lost"));
+    EXPECT_FALSE(vimbo::overwrite_file(place.path().string().c_str(), "lost", link_use::replaced));
+    EXPECT_EQ(content_of(place.path().generic_string()), "not there");
+    EXPECT_FALSE(vimbo::remove_file(place.path().string().c_str()));
+    EXPECT_TRUE(vimbo::path_exists(place.path().string().c_str()));
+}
+
+TEST(WindowsFile, ThatIsReadOnlyIsNotRemoved)
+{
+    const scratch_directory place;
+    write_file(place.file("a"), "kept");
+    const std::wstring path = std::filesystem::path(place.file("a")).wstring();
+    ASSERT_NE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY), FALSE);
+    EXPECT_FALSE(vimbo::remove_file(place.file("a").c_str()));
+    EXPECT_EQ(content_of(place.file("a")), "kept");
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 TEST(WindowsFile, MayBeWrittenWhileItIsReadHere)
 {
     const scratch_directory place;

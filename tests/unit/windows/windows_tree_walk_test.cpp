@@ -9,6 +9,9 @@
 #include <unistd.h>
 #include <windows.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace
 {
 
@@ -55,6 +58,25 @@ TEST(WalkTree, GoesOnInPathsThatAreLongerThanThisSystemsOwn)
             (L"\\\\?\\" + std::filesystem::path(path).make_preferred().wstring()).c_str());
         path.resize(path.rfind('/'));
     }
+}
+
+// scripts/test-windows brings the links, which no program here can make.
+TEST(WalkTree, EndsAmongLinksThatLeadRound)
+{
+    const char *links = std::getenv("VIMBO_LINKS");
+    if (links == nullptr)
+        GTEST_SKIP() << "there are no links to be followed";
+    const std::string root = std::string(links) + "/tree";
+    const visited seen = walk(root);
+    const auto count = [&](const std::string &name) {
+        return std::ranges::count_if(seen.order, [&](const std::string &path) {
+            return path.ends_with(name) && seen.kinds.at(path) == entry_kind::file;
+        });
+    };
+    EXPECT_EQ(count("/file"), 1) << "in one directory, and behind links to it";
+    EXPECT_EQ(seen.kinds.at(root + "/link to a file"), entry_kind::file);
+    for (const char *name : {"/nowhere", "/itself", "/one", "/two"})
+        EXPECT_EQ(count(name), 0) << name;
 }
 
 TEST(WalkTree, OfAPatternReportsNothing)
