@@ -207,6 +207,15 @@ TEST_F(MainLoop, ShowsTheFrameOfTheQuitButtonBeforeItEnds)
     EXPECT_TRUE(pressed_frame_shown) << "the frame in which the button was pressed is missing";
 }
 
+TEST_F(MainLoop, BakesTheFontAnewWhereTheWindowsDensityIsAnother)
+{
+    testing::internal::CaptureStderr(); // as above
+    vimbo::bake_font(app->frame.context, app->font, {2, 2});
+    run_frames(1);
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(app->font.ratio, vimbo::pixel_ratio{}) << "a dense font in a window of pixels";
+}
+
 TEST_F(MainLoop, WaitsNoLongerThanAThirtiethOfASecond)
 {
     run_frames(20);

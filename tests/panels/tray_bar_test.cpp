@@ -446,4 +446,22 @@ TEST_F(Editor, TakesNothingBeyond65536Bytes)
     EXPECT_EQ(text().substr(0, 65535), lines(65535));
 }
 
+TEST(TrayBarInANarrowWindow, KeepsItsListsWideEnoughToBeRead)
+{
+    constexpr float list_width = 256;
+    constexpr float button_and_edges = 44;
+    const scratch_directory place;
+    const std::string sources = place.path().string();
+    panel_rig panels(400, 600);
+    panels.app().bar.source_directory = sources.c_str();
+    vimbo::initialise_panels(panels.app());
+    panels.frame();
+    for (const drawn_text &text : panels.texts())
+        if (text.text == "--") {
+            EXPECT_EQ(text.bounds.w, list_width - button_and_edges);
+            return;
+        }
+    FAIL() << "no list of sources is drawn";
+}
+
 } // namespace

@@ -53,6 +53,15 @@ TEST_F(EditorSearch, GoesFromPlaceToPlaceAndOnFromTheBeginning)
     EXPECT_EQ(search(), selection(0, 2));
 }
 
+TEST_F(EditorSearch, HasTheCursorGoUpAndDownFromThePlaceThatItFound)
+{
+    set("ab \u00B5 ab ab", 0, 2);
+    edit.preferred_x = 7;
+    edit.has_preferred_x = 1;
+    search();
+    EXPECT_EQ(edit.has_preferred_x, 0) << "a column of before the search is kept";
+}
+
 TEST_F(EditorSearch, GoesBackWithShiftAndOnFromTheEnd)
 {
     set("ab \u00B5 ab ab", 5, 7);
