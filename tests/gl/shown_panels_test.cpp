@@ -57,6 +57,23 @@ TEST_F(ShownPanels, AllocateNoMemoryForEachFrameThatDiffers)
     EXPECT_EQ(held(), first) << "draw commands of earlier frames are kept";
 }
 
+TEST_F(ShownPanels, LieOverOneColourWhateverTheWindowHeldBefore)
+{
+    const auto beside_the_panel = [] {
+        unsigned char pixel[4] = {};
+        glReadPixels(450, 20, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+        return colour{pixel[0], pixel[1], pixel[2]};
+    };
+    constexpr colour grey = {179, 179, 179};
+    for (int i = 0; i < 3; ++i) {
+        glClearColor(1, 0, 0, 1);
+        glClear(GL_COLOR_BUFFER_BIT);
+        show(std::to_string(i));
+        EXPECT_TRUE(alike(beside_the_panel(), grey)) << "frame " << i;
+    }
+    vimbo::delete_offscreen(panels->copy);
+}
+
 TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
 {
     const auto show_rectangles = [&](int count, colour wanted) {

@@ -354,12 +354,12 @@ TEST_F(EditorMouse, TheWheelScrollsWhatThePointerIsOver)
 
 TEST_F(EditorMouse, TheWheelScrollsSidewaysWithShiftOrByItself)
 {
-    set(std::string(300, 'x') + "\nshort");
+    set(std::string(300, 'x') + '\n' + numbered_lines(500));
     lay_out();
     move(place(0, 0));
     scroll(0, -1, true);
     EXPECT_EQ(edit.scrollbar.x, 3 * row);
-    EXPECT_EQ(edit.scrollbar.y, 0);
+    EXPECT_EQ(edit.scrollbar.y, 0) << "and not down as well";
     scroll(-1, 0);
     EXPECT_EQ(edit.scrollbar.x, 6 * row);
     scroll(0, 100, true);
