@@ -22,18 +22,6 @@ void clear_window()
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
-// Keeps what a part of the window shows, upside down, as the window lies in memory:
-// so it is copied both ways without any drawing.
-void copy_from_window(offscreen &copy, const pixel_edges &part)
-{
-    copy.upside_down = true;
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, copy.framebuffer);
-    glBlitFramebuffer(part.left, part.bottom, part.right, part.top, part.left,
-                      row_in(copy, part.bottom), part.right, row_in(copy, part.top),
-                      GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
-}
-
 void copy_part(const offscreen &copy, const pixel_edges &part)
 {
     copy_to_window(copy, part, part, GL_NEAREST);
@@ -132,7 +120,7 @@ void draw_all(const frame_state &frame, shown_panels &panels, const draw_command
     if (!copy_wanted || !fit_offscreen(panels.copy, window.right, window.top))
         return;
     // Copied from the window rather than drawn once more, so that both are alike.
-    copy_from_window(panels.copy, window);
+    copy_from_window(panels.copy, window, window);
     panels.copied = true;
 }
 
@@ -147,7 +135,7 @@ void draw_damage(const frame_state &frame, shown_panels &panels, const draw_comm
     drop_commands_beside(commands, panels.now, damage);
     put_on_pixels(commands, frame.ratio);
     render_backend_within(part.left, part.bottom, part.right, part.top);
-    copy_from_window(panels.copy, part);
+    copy_from_window(panels.copy, part, part);
 }
 
 // Beyond half of the window the copies cost more than they spare.

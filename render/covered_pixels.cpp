@@ -10,9 +10,7 @@ namespace
 {
 
 constexpr int word_bits = 64;
-// From a pixel's centre to its diamond's corners, and what a driver may be off by
-// when it rounds positions to 1/256 of a pixel.
-constexpr double reach = 0.5 + 1.0 / 128;
+constexpr double reach = 0.5; // from a pixel's centre to its diamond's corners
 
 // The first of `size` pixels whose centre is not before this position.
 int first_pixel(double position, int size)

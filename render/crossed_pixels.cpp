@@ -11,9 +11,7 @@ namespace vimbo
 namespace
 {
 
-// What a driver may be off by when it rounds positions to 1/256 of a pixel.
-constexpr double rounding_margin = 1.0 / 256;
-constexpr double most_margin = 1.0 / 8;
+constexpr double most_off = 1.0 / 16; // beyond it, next to nothing is certain
 
 struct pixel_point {
     double x;
@@ -21,13 +19,14 @@ struct pixel_point {
 };
 
 // A line of pixels, not steeper than a diagonal once x and y have changed places
-// where it is `turned`. What is closer to an edge than the margin is left open.
+// where it is `turned`. What is closer to an edge than rounding can move it is left open.
 struct flat_line {
     pixel_point start;
     pixel_point end;
     double slope;
-    double margin;
-    int rows; // of the picture; its columns where it is turned
+    double off;    // how far an end may be beside its place, along either axis,
+    double margin; // and how far the line's height
+    int rows;      // of the picture; its columns where it is turned
     bool turned;
 };
 
@@ -36,7 +35,8 @@ double height_at(const flat_line &line, double x)
     return line.start.y + (x - line.start.x) * line.slope;
 }
 
-// How far a point is outside of a pixel's diamond; negative inside.
+// How far a point is outside of a pixel's diamond; negative inside. Rounding may move it
+// by twice as much as along an axis.
 double beyond_diamond(const pixel_point &at, int column, int row)
 {
     return std::fabs(at.x - column - 0.5) + std::fabs(at.y - row - 0.5) - 0.5;
@@ -98,10 +98,10 @@ void cover_start(covered_pixels &covered, const flat_line &line)
 {
     const int column = pixel_at(line.start.x);
     const int row = pixel_at(line.start.y);
-    if (std::fabs(line.start.x - column - 0.5) >= line.margin &&
-        std::fabs(line.start.y - row - 0.5) >= line.margin &&
-        beyond_diamond(line.start, column, row) <= -line.margin &&
-        beyond_diamond(line.end, column, row) >= line.margin)
+    if (std::fabs(line.start.x - column - 0.5) >= line.off &&
+        std::fabs(line.start.y - row - 0.5) >= line.off &&
+        beyond_diamond(line.start, column, row) <= -2 * line.off &&
+        beyond_diamond(line.end, column, row) >= 2 * line.off)
         cover(covered, line, row, column, column);
 }
 
@@ -130,7 +130,7 @@ void cover_in_row(covered_pixels &covered, const flat_line &line, int row, int f
 bool ends_in_column(const flat_line &line, const pixel_point &end, int column)
 {
     const int row = pixel_at(height_at(line, column + 0.5));
-    return beyond_diamond(end, column, row) < line.margin;
+    return beyond_diamond(end, column, row) < 2 * line.off;
 }
 
 void cover_flat_line(covered_pixels &covered, const flat_line &line)
@@ -139,8 +139,8 @@ void cover_flat_line(covered_pixels &covered, const flat_line &line)
     const bool leftwards = line.end.x < line.start.x;
     const pixel_point &left = leftwards ? line.end : line.start;
     const pixel_point &right = leftwards ? line.start : line.end;
-    int first = first_column(left.x + line.margin);
-    int last = last_column(right.x - line.margin);
+    int first = first_column(left.x + line.off);
+    int last = last_column(right.x - line.off);
     if (first <= last && ends_in_column(line, left, first))
         ++first;
     if (first <= last && ends_in_column(line, right, last))
@@ -154,31 +154,23 @@ void cover_flat_line(covered_pixels &covered, const flat_line &line)
         cover_in_row(covered, line, at, first, last);
 }
 
-void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, double margin)
+flat_line line_between(const pixel_point &start, const pixel_point &end, double off)
+{
+    const double slope = (end.y - start.y) / (end.x - start.x);
+    return {start, end, slope, off, off * (1 + std::fabs(slope)), 0, false};
+}
+
+void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, double off)
 {
     if (!clip_axis(start, end, &pixel_point::x, covered.width) ||
         !clip_axis(start, end, &pixel_point::y, covered.height))
         return;
-    const double across = end.x - start.x;
-    const double up = end.y - start.y;
-    if (std::fabs(across) >= std::fabs(up))
-        cover_flat_line(covered, {start, end, up / across, margin, covered.height, false});
-    else
-        cover_flat_line(
-            covered,
-            {{start.y, start.x}, {end.y, end.x}, across / up, margin, covered.width, true});
-}
-
-// Pixels of a length along an axis: length * scale + shift.
-struct pixel_axis {
-    double scale;
-    double shift;
-};
-
-pixel_axis axis_of(double scale, double shift, int pixels)
-{
-    const double half = pixels / 2.0;
-    return {scale * half / largest_length, (shift + 1) * half};
+    const bool turned = std::fabs(end.x - start.x) < std::fabs(end.y - start.y);
+    flat_line line = turned ? line_between({start.y, start.x}, {end.y, end.x}, off)
+                            : line_between(start, end, off);
+    line.turned = turned;
+    line.rows = turned ? covered.width : covered.height;
+    cover_flat_line(covered, line);
 }
 
 } // namespace
@@ -186,18 +178,16 @@ pixel_axis axis_of(double scale, double shift, int pixels)
 void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
                    const path_projection &target)
 {
-    const double margin = rounding_margin + rounding_of(box, target);
-    if (!(margin < most_margin))
+    const double off = rounding_of(box, target);
+    if (!(off < most_off))
         return;
-    const GLfloat *m = target.matrix.element;
-    const double turn = target.upside_down ? -1 : 1;
-    const pixel_axis x = axis_of(m[0], m[12], target.area.width);
-    const pixel_axis y = axis_of(turn * m[5], turn * m[13], target.area.height);
+    const pixel_axis &x = target.x;
+    const pixel_axis &y = target.y;
     pixel_point start = {};
     for (std::size_t i = 0; i < strip.size(); ++i) {
         const pixel_point end = {strip[i].x * x.scale + x.shift, strip[i].y * y.scale + y.shift};
         if (i > 0)
-            cover_line(covered, start, end, margin);
+            cover_line(covered, start, end, off);
         start = end;
     }
 }

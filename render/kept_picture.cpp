@@ -72,6 +72,11 @@ picture_layer &layer_under_way(kept_picture &kept)
     return can_go_on(kept.shown, kept) ? kept.shown : kept.next;
 }
 
+void forget_stand_in(kept_picture &kept)
+{
+    kept.stand_in_view = {};
+}
+
 bool begin_picture(kept_picture &kept)
 {
     if (can_go_on(kept.shown, kept) || can_go_on(kept.next, kept))
@@ -81,14 +86,18 @@ bool begin_picture(kept_picture &kept)
         kept.shown.target.framebuffer == 0 ||
         kept.shown.view.mosaic_generation != kept.wanted.mosaic_generation;
     kept.pass.under_way = false;
+    if (nothing_stands_in)
+        forget_stand_in(kept);
     return restart(nothing_stands_in ? kept.shown : kept.next, kept.wanted);
 }
 
 void finish_picture(kept_picture &kept)
 {
     if (!can_go_on(kept.shown, kept) && can_go_on(kept.next, kept) &&
-        kept.next.drawn == kept.wanted_vertices)
+        kept.next.drawn == kept.wanted_vertices) {
         std::swap(kept.shown, kept.next);
+        forget_stand_in(kept);
+    }
 }
 
 void draw_in_order(kept_picture &kept, picture_layer &layer, const picture_parts &parts)
@@ -127,7 +136,8 @@ void box_chunks(path_chunks &chunks, const mosaic_state &mosaic)
 
 void draw_newest_first(kept_picture &kept, picture_layer &layer, const picture_parts &parts)
 {
-    const path_projection target = {layer.view.matrix, area_in(layer), layer.target.upside_down};
+    const path_projection target =
+        project(layer.view.matrix, area_in(layer), layer.target.upside_down, driver_grid());
     const double start = pace_clock();
     begin_drawing(layer);
     if (!kept.pass.under_way) {
@@ -162,6 +172,16 @@ view_axis vertical_axis(const picture_view &view)
     return {view.matrix.element[5], view.matrix.element[13], view.area.y, view.area.height};
 }
 
+pixel_edges edges_of(const picture_area &area)
+{
+    return {area.x, area.y, area.x + area.width, area.y + area.height};
+}
+
+pixel_edges whole_picture(const offscreen &picture)
+{
+    return {0, 0, picture.width, picture.height};
+}
+
 void copy_stretch(const picture_layer &layer, const shared_stretch &x, const shared_stretch &y)
 {
     // What is only moved can be copied as it is.
@@ -170,15 +190,28 @@ void copy_stretch(const picture_layer &layer, const shared_stretch &x, const sha
                    {x.to[0], y.to[0], x.to[1], y.to[1]}, filter);
 }
 
-// The picture before, moved and scaled to the wanted view.
-void show_stand_in(const kept_picture &kept)
+// The picture before, moved and scaled to the wanted view. True when it was scaled.
+bool show_stand_in(const kept_picture &kept)
 {
     clear_picture();
     const shared_stretch x =
         share_axis(horizontal_axis(kept.shown.view), horizontal_axis(kept.wanted));
     const shared_stretch y = share_axis(vertical_axis(kept.shown.view), vertical_axis(kept.wanted));
-    if (!x.empty && !y.empty)
-        copy_stretch(kept.shown, x, y);
+    if (x.empty || y.empty)
+        return false;
+    copy_stretch(kept.shown, x, y);
+    return is_scaled(x) || is_scaled(y);
+}
+
+// For the frames that follow: a software renderer copies a picture in a fraction of the
+// time that scaling it takes.
+void keep_stand_in(kept_picture &kept)
+{
+    const picture_area &area = kept.wanted.area;
+    if (!fit_offscreen(kept.stand_in, area.width, area.height))
+        return;
+    copy_from_window(kept.stand_in, edges_of(area), whole_picture(kept.stand_in));
+    kept.stand_in_view = kept.wanted;
 }
 
 } // namespace
@@ -196,6 +229,8 @@ bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t ver
         // to be drawn between frames.
         delete_offscreen(kept.shown.target);
         delete_offscreen(kept.next.target);
+        delete_offscreen(kept.stand_in);
+        forget_stand_in(kept);
         return false;
     }
     finish_picture(kept);
@@ -226,6 +261,8 @@ bool is_unfinished(const kept_picture &kept)
 void draw_slice(kept_picture &kept, const picture_parts &parts)
 {
     picture_layer &layer = layer_under_way(kept);
+    if (&layer == &kept.shown)
+        forget_stand_in(kept);
     if (!kept.pass.under_way && !is_pass_wanted(kept, layer, parts))
         draw_in_order(kept, layer, parts);
     else if (!kept.pass.under_way && !are_boxed(kept.chunks, parts.mosaic))
@@ -235,16 +272,21 @@ void draw_slice(kept_picture &kept, const picture_parts &parts)
     finish_picture(kept);
 }
 
-void show_picture(const kept_picture &kept)
+void show_picture(kept_picture &kept)
 {
-    const bool stands = same_view(kept.shown.view, kept.wanted);
+    bool scaled = false;
     begin_area(kept.wanted.area);
-    if (stands)
+    if (same_view(kept.shown.view, kept.wanted))
         copy_stretch(kept.shown, whole_axis(horizontal_axis(kept.wanted)),
                      whole_axis(vertical_axis(kept.wanted)));
+    else if (same_view(kept.stand_in_view, kept.wanted))
+        copy_to_window(kept.stand_in, whole_picture(kept.stand_in), edges_of(kept.wanted.area),
+                       GL_NEAREST);
     else
-        show_stand_in(kept);
+        scaled = show_stand_in(kept);
     end_area();
+    if (scaled)
+        keep_stand_in(kept);
 }
 
 } // namespace vimbo

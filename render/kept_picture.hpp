@@ -57,6 +57,9 @@ struct kept_picture {
     std::int32_t wanted_vertices;
     slice_pace pace;
 
+    offscreen stand_in; // `shown` as it was scaled last, to what was wanted then
+    picture_view stand_in_view;
+
     path_chunks chunks; // of the mosaic, once a picture of it takes too long
     newest_first pass;  // over the layer that is on its way
     slice_pace pass_pace;
@@ -77,6 +80,6 @@ bool is_unfinished(const kept_picture &kept);
 void draw_slice(kept_picture &kept, const picture_parts &parts);
 
 /// Puts the wanted picture, or what stands in for it, into the window.
-void show_picture(const kept_picture &kept);
+void show_picture(kept_picture &kept);
 
 } // namespace vimbo

@@ -59,6 +59,16 @@ void copy_to_window(const offscreen &picture, const pixel_edges &from, const pix
     glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
 }
 
+void copy_from_window(offscreen &picture, const pixel_edges &from, const pixel_edges &to)
+{
+    picture.upside_down = true;
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, picture.framebuffer);
+    glBlitFramebuffer(from.left, from.bottom, from.right, from.top, to.left,
+                      row_in(picture, to.bottom), to.right, row_in(picture, to.top),
+                      GL_COLOR_BUFFER_BIT, GL_NEAREST);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+}
+
 bool can_turn_clip_origin()
 {
     return GLEW_ARB_clip_control != 0;

@@ -38,6 +38,11 @@ GLint row_in(const offscreen &picture, GLint window_row);
 void copy_to_window(const offscreen &picture, const pixel_edges &from, const pixel_edges &to,
                     GLenum filter);
 
+/// Keeps a part of the window, in a part of the picture of that size, given as it lies in
+/// a window: upside down, as the window lies in memory, so that a software renderer copies
+/// it both ways without drawing. All of the picture has to come so.
+void copy_from_window(offscreen &picture, const pixel_edges &from, const pixel_edges &to);
+
 /// True when the driver can draw upside down (GL_ARB_clip_control). The window's
 /// rows run from the top down in memory, an offscreen picture's from the bottom
 /// up, and a driver that mirrors one of them rounds the other way: a path would

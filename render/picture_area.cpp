@@ -1,5 +1,7 @@
 #include "render/picture_area.hpp"
 
+#include <cmath>
+
 namespace vimbo
 {
 
@@ -14,6 +16,13 @@ void begin_area(const picture_area &area)
 void end_area()
 {
     glDisable(GL_SCISSOR_TEST);
+}
+
+double driver_grid()
+{
+    GLint bits = 0;
+    glGetIntegerv(GL_SUBPIXEL_BITS, &bits);
+    return std::ldexp(1.0, -bits);
 }
 
 } // namespace vimbo

@@ -19,4 +19,7 @@ struct picture_area {
 void begin_area(const picture_area &area);
 void end_area();
 
+/// The grid that the driver rounds places to: how many pixels lie between two of it.
+double driver_grid();
+
 } // namespace vimbo

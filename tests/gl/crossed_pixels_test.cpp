@@ -25,7 +25,13 @@ class CrossedPixels : public preview_rig
 protected:
     CrossedPixels()
     {
-        target = {vimbo::preview_matrix(preview, area.width, area.height), area, false};
+        project_into_area(false);
+    }
+
+    void project_into_area(bool upside_down)
+    {
+        target = project(vimbo::preview_matrix(preview, area.width, area.height), area, upside_down,
+                         vimbo::driver_grid());
     }
 
     // A place in pixels of the area, as a path's vertex.
@@ -108,7 +114,7 @@ TEST_F(CrossedPixels, AreDrawnWhereverALineLies)
     for (const bool upside_down : {false, true}) {
         if (upside_down && !vimbo::can_turn_clip_origin())
             continue;
-        target.upside_down = upside_down;
+        project_into_area(upside_down);
         for (const double reach : {0.7, 3.0, 12.0, 60.0, 900.0}) {
             const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
             std::vector<path_vertex> ends;

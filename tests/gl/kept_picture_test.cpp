@@ -47,6 +47,17 @@ protected:
         return window_pixels();
     }
 
+    // What a frame shows of a view that is not drawn yet.
+    pixels standing_in()
+    {
+        kept.pace.vertices_per_second = 1; // nothing fits into a frame
+        kept.pace.slice_vertices = 1500;
+        kept.chunks.boxed_vertices = 0;
+        draw_frame();
+        EXPECT_TRUE(vimbo::is_unfinished(kept));
+        return window_pixels();
+    }
+
     // Both ways of getting there: at once, and in slices between frames.
     void expect_both_ways(const char *when)
     {
@@ -172,6 +183,42 @@ TEST_F(KeptPicture, ShowsTheFormerPictureMovedWhileTheNewOneIsDrawn)
         for (int x = 150; x < 450; ++x, ++compared)
             same += std::equal(at(before, x, y), at(before, x, y) + 4, at(moved, x + 30, y));
     EXPECT_GT(same, compared * 9 / 10);
+}
+
+TEST_F(KeptPicture, LetsTheSameStandInFromFrameToFrame)
+{
+    finish();
+    preview.zoom = 1.7F;
+    const pixels first = standing_in();
+    draw_frame();
+    expect_same(window_pixels(), first, "in the next frame");
+    draw_slices(3);
+    draw_frame();
+    ASSERT_TRUE(vimbo::is_unfinished(kept));
+    expect_same(window_pixels(), first, "after a few slices");
+    finish();
+    expect_direct_picture("in the end");
+}
+
+TEST_F(KeptPicture, LetsNothingStandInThatItNoLongerShows)
+{
+    preview.replay_position = 100;
+    finish();
+    preview.zoom = 1.7F;
+    const pixels first = standing_in();
+    preview.zoom = 1;
+    preview.replay_position = 200; // grows in place
+    finish();
+    preview.zoom = 1.7F;
+    const pixels second = standing_in();
+    EXPECT_GT(differing(first, second), 0) << "a picture from before the replay went on";
+    draw_frame();
+    expect_same(window_pixels(), second, "in the next frame");
+    preview.zoom = 3;
+    finish();
+    preview.zoom = 1.7F;
+    const pixels third = standing_in();
+    EXPECT_GT(differing(second, third), 0) << "a picture from before another one was whole";
 }
 
 TEST_F(KeptPicture, LeavesNoFenceBehindASlice)

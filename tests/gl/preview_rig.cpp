@@ -34,6 +34,7 @@ preview_rig::~preview_rig()
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
     vimbo::delete_offscreen(kept.shown.target);
     vimbo::delete_offscreen(kept.next.target);
+    vimbo::delete_offscreen(kept.stand_in);
     vimbo::set_text(mosaic.mosaic_path, "");
     vimbo::load_mosaic(mosaic);
     glDeleteVertexArrays(1, &outline.vertex_array);

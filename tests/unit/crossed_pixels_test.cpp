@@ -26,12 +26,18 @@ protected:
     CrossedPixels()
     {
         clear_covered(*covered, width, height);
-        GLfloat *m = target.matrix.element;
+        vimbo::path_matrix matrix = {};
+        GLfloat *m = matrix.element;
         m[0] = static_cast<GLfloat>(vimbo::largest_length * 2 / (256.0 * width));
         m[5] = static_cast<GLfloat>(vimbo::largest_length * 2 / (256.0 * height));
         m[12] = -1;
         m[13] = -1;
-        target.area = {0, 0, width, height};
+        project_with(matrix);
+    }
+
+    void project_with(const vimbo::path_matrix &matrix)
+    {
+        target = project(matrix, {0, 0, width, height}, false, 1.0 / 256);
     }
 
     void cross(const std::vector<std::pair<double, double>> &places)
@@ -126,12 +132,12 @@ TEST_F(CrossedPixels, HaveTheLastOneOnlyWhereTheLineEndsOutsideOfItsDiamond)
 TEST_F(CrossedPixels, AreLeftOpenWhereRoundingDecides)
 {
     cross({{0.1, 2}, {11.9, 2}});                // along an edge
-    cross({{0.1, 4 - 1.0 / 512}, {11.9, 4}});    // and so close to one
+    cross({{0.1, 4 - 1.0 / 256}, {11.9, 4}});    // and closer and closer to one
     cross({{3.5, 1.5}, {3.5, 1.5}});             // nowhere
     cross({{3.5, 1.5 - 1.0 / 256}, {0.0, 1.2}}); // from where drivers differ
     EXPECT_EQ(picture(), "............\n"
                          "............\n"
-                         "............\n"
+                         "#####.......\n"
                          "............\n"
                          "###.........\n"
                          "............\n");
@@ -168,11 +174,16 @@ TEST_F(CrossedPixels, AreUnknownWhereTheViewHasNoNumbersOrIsTooNear)
     const vimbo::path_box whole = {INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
     cover_crossed(*covered, far, whole, target);
     EXPECT_EQ(picture(), nothing) << "a line over millions of pixels";
+    const vimbo::path_matrix before = target.matrix;
     for (const float value :
          {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
-        target.matrix.element[12] = value;
-        cross({{0.1, 0.7}, {11.9, 0.7}});
-        EXPECT_EQ(picture(), nothing) << value;
+        for (const int element : {0, 5, 12, 13}) {
+            vimbo::path_matrix matrix = before;
+            matrix.element[element] = value;
+            project_with(matrix);
+            cross({{0.1, 0.7}, {11.9, 0.7}});
+            EXPECT_EQ(picture(), nothing) << value << " in element " << element;
+        }
     }
 }
 

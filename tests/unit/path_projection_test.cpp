@@ -13,16 +13,15 @@ using vimbo::path_box;
 using vimbo::path_projection;
 using vimbo::pixel_box;
 
-path_projection projection_of(float zoom, float pan_x, float pan_y, bool upside_down = false)
+path_projection projection_of(float zoom, float pan_x, float pan_y, bool upside_down = false,
+                              double grid = 0)
 {
-    path_projection projection = {};
-    projection.matrix.element[0] = 64 * zoom * 0.75F;
-    projection.matrix.element[5] = 64 * zoom;
-    projection.matrix.element[12] = pan_x;
-    projection.matrix.element[13] = pan_y;
-    projection.area = {17, 23, 757, 500};
-    projection.upside_down = upside_down;
-    return projection;
+    vimbo::path_matrix matrix = {};
+    matrix.element[0] = 64 * zoom * 0.75F;
+    matrix.element[5] = 64 * zoom;
+    matrix.element[12] = pan_x;
+    matrix.element[13] = pan_y;
+    return project(matrix, {17, 23, 757, 500}, upside_down, grid);
 }
 
 TEST(PathProjection, PutsThePathsCentreIntoTheAreasMiddle)
@@ -62,6 +61,18 @@ TEST(PathProjection, HoldsItsVerticesAsADriverPlacesThem)
         EXPECT_GE(box.top, up);
         EXPECT_LT(box.right - box.left, 0.01 + (std::fabs(across) + zoom * 757) * 1e-5);
     }
+}
+
+TEST(PathProjection, HoldsItsVerticesAsADriverRoundsThem)
+{
+    const pixel_box before = pixels_of(path_box{0, 0, 0, 0}, projection_of(1, 0, 0));
+    const path_projection projection = projection_of(1, 0, 0, false, 1.0 / 16);
+    const pixel_box box = pixels_of(path_box{0, 0, 0, 0}, projection);
+    EXPECT_NEAR(before.left - box.left, 0.6 / 16, 1e-9);
+    EXPECT_NEAR(before.bottom - box.bottom, 0.6 / 16, 1e-9);
+    EXPECT_NEAR(box.right - before.right, 0.6 / 16, 1e-9);
+    EXPECT_NEAR(box.top - before.top, 0.6 / 16, 1e-9);
+    EXPECT_NEAR(rounding_of(path_box{0, 0, 0, 0}, projection), 378.5 - box.left, 1e-9);
 }
 
 TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
