@@ -259,6 +259,18 @@ TEST_F(NewestFirst, DrawsLittleOfAPathThatCoversItself)
     }
 }
 
+TEST_F(NewestFirst, StillSeesThatAPathHidesItselfAfterALongStretchThatDoesNot)
+{
+    constexpr std::int32_t lines = 100000;
+    std::vector<path_vertex> points = hatch(lines, 90.0 * millimetre, 80.0 * millimetre);
+    const std::vector<path_vertex> newest = spiral(600000);
+    points.insert(points.end(), newest.begin(), newest.end());
+    load(points);
+    preview.zoom = 4;
+    expect_direct_picture("from near");
+    EXPECT_LT(kept.pass.drawn, 600000 + lines);
+}
+
 TEST_F(NewestFirst, GoesPastWhatLiesOutsideOfANearView)
 {
     load(scatter(200000, 1.0 * millimetre, 19));
