@@ -13,7 +13,7 @@ namespace
 {
 
 constexpr std::int32_t least_look_after = 128;
-constexpr double most_look_time = 0.064; // seconds of drawing; what pays is found again so
+constexpr double most_look_time = 0.016; // seconds of drawing; what pays is found again so
 constexpr pixel_range nothing_touched = {INT32_MAX, INT32_MAX, -1, -1};
 constexpr GLuint half_depth = GLuint{1} << 31;
 

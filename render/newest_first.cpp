@@ -72,26 +72,18 @@ void add_to_batch(newest_first &pass, const path_part &part)
     touch(pass.looks, part.range);
 }
 
-// Where little is hidden, only one in so many chunks, or groups of them, is looked into: so
-// it is still seen when that changes.
-constexpr std::int32_t looked_into = 8;
-
-void judge_share(newest_first &pass)
+// Where next to nothing is hidden, lines are looked at in some chunks only: so it is
+// still seen when that changes.
+bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
 {
     constexpr std::int32_t stretch = 1 << 16;
-    if (pass.in_view < stretch)
-        return;
-    if (pass.hidden >= pass.in_view / 4)
-        pass.share = hidden_share::much;
-    else
-        pass.share = pass.hidden >= pass.in_view / 32 ? hidden_share::some : hidden_share::nothing;
-    pass.in_view = 0;
-    pass.hidden = 0;
-}
-
-bool is_worth_looking_into(const newest_first &pass, std::int32_t chunk)
-{
-    return pass.share == hidden_share::much || chunk % looked_into == 0;
+    constexpr std::int32_t some = 8;
+    if (pass.in_view >= stretch) {
+        pass.covers_itself = pass.hidden >= pass.in_view / 4;
+        pass.in_view = 0;
+        pass.hidden = 0;
+    }
+    return pass.covers_itself || chunk % some == 0;
 }
 
 // Adds a chunk's parts that can be seen to the batch: what they cover for certain is
@@ -116,35 +108,15 @@ std::int32_t take_chunk(newest_first &pass, const path_projection &target,
     return taken;
 }
 
-// True when the pass is at a group's end, and has all of it before it.
-bool is_at_group(const newest_first &pass, std::int32_t group_vertices)
-{
-    return pass.undrawn % group_vertices == 0 && pass.undrawn - group_vertices >= pass.first;
-}
-
-// Goes past the group at whose end the pass is, where that takes no look at its chunks: it
-// is left out where it lies outside of the picture, and taken whole where it lies inside
-// and next to nothing is hidden. Gives how many vertices were taken, or -1.
-std::int32_t pass_group(newest_first &pass, const path_projection &target,
-                        const path_chunks &chunks)
+// Leaves the group at whose end the pass is out, where it is outside of the picture.
+bool skip_group(newest_first &pass, const path_chunks &chunks)
 {
     const std::int32_t group_vertices = chunks.chunk_vertices * group_chunks;
-    if (!is_at_group(pass, group_vertices))
-        return -1;
-    const std::int32_t group = pass.undrawn / group_vertices - 1;
-    const path_box &box = chunks.group_boxes[group];
-    const std::int32_t end = pass.undrawn;
-    const std::int32_t first = end - group_vertices;
-    if (are_apart(box, pass.visible)) {
-        pass.undrawn = first;
-        return 0;
-    }
-    if (pass.share != hidden_share::nothing || group % looked_into == 0 ||
-        !is_within(box, pass.visible))
-        return -1;
-    pass.undrawn = first;
-    add_to_batch(pass, part_of(pass, target, box, first, end));
-    return group_vertices;
+    if (pass.undrawn % group_vertices != 0 || pass.undrawn - group_vertices < pass.first ||
+        !are_apart(chunks.group_boxes[pass.undrawn / group_vertices - 1], pass.visible))
+        return false;
+    pass.undrawn -= group_vertices;
+    return true;
 }
 
 // Goes on from chunk to chunk until the batch has that many vertices. Gives how
@@ -158,11 +130,8 @@ std::int32_t gather_batch(newest_first &pass, const path_projection &target,
     for (int i = 0; i < most_chunks_at_once && pass.undrawn > pass.first &&
                     gathered < most_vertices && pass.runs.used < most_runs;
          ++i) {
-        const std::int32_t of_group = pass_group(pass, target, chunks);
-        if (of_group >= 0) {
-            gathered += of_group;
+        if (skip_group(pass, chunks))
             continue;
-        }
         const std::int32_t chunk = (pass.undrawn - 1) / chunks.chunk_vertices;
         const std::int32_t end = pass.undrawn;
         pass.undrawn = std::max(chunk * chunks.chunk_vertices, pass.first);
@@ -172,7 +141,6 @@ std::int32_t gather_batch(newest_first &pass, const path_projection &target,
         pass.in_view += end - pass.undrawn;
         if (is_left_out(pass, whole))
             continue;
-        judge_share(pass);
         if (is_worth_looking_into(pass, chunk)) {
             gathered += take_chunk(pass, target, mosaic, whole.first, whole.end);
         } else {
@@ -211,7 +179,7 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
     pass.visible = lengths_in(target);
     pass.in_view = 0;
     pass.hidden = 0;
-    pass.share = hidden_share::much;
+    pass.covers_itself = true;
     forget_vertices(pass.vertices);
     begin_looks(pass.looks);
 }

@@ -29,10 +29,6 @@
 namespace vimbo
 {
 
-/// How much of what lies in the view was hidden of late: a quarter at least, less, or next
-/// to nothing.
-enum class hidden_share : std::uint8_t { much, some, nothing };
-
 /// One pass over a part of a path, that ends with every line of it drawn or known
 /// to be covered. All zero: none under way. Main thread only.
 struct newest_first {
@@ -43,9 +39,9 @@ struct newest_first {
     std::int32_t drawn;   // vertices of theirs; the others were left out
     path_box visible;     // what lies beside it is outside of the picture
 
-    std::int32_t in_view; // vertices that were looked at, of late;
+    std::int32_t in_view; // vertices, of late;
     std::int32_t hidden;  // of these
-    hidden_share share;   // as it was found last
+    bool covers_itself;   // many of them were hidden
 
     depth_looks looks;
 

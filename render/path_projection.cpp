@@ -100,10 +100,4 @@ bool are_apart(const path_box &a, const path_box &b)
     return a.right < b.left || b.right < a.left || a.top < b.bottom || b.top < a.bottom;
 }
 
-bool is_within(const path_box &inner, const path_box &outer)
-{
-    return inner.left >= outer.left && inner.right <= outer.right && inner.bottom >= outer.bottom &&
-           inner.top <= outer.top;
-}
-
 } // namespace vimbo

@@ -45,6 +45,5 @@ double rounding_of(const path_box &box, const path_projection &projection);
 path_box lengths_in(const path_projection &projection);
 
 bool are_apart(const path_box &a, const path_box &b);
-bool is_within(const path_box &inner, const path_box &outer);
 
 } // namespace vimbo

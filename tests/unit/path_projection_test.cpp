@@ -98,16 +98,6 @@ TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
     EXPECT_GT(left_out, 10000);
 }
 
-TEST(PathProjection, TellsWhetherABoxLiesWithinAnother)
-{
-    const path_box outer = {-10, -20, 30, 40};
-    EXPECT_TRUE(is_within(outer, outer));
-    EXPECT_FALSE(is_within({-11, -20, 30, 40}, outer));
-    EXPECT_FALSE(is_within({-10, -21, 30, 40}, outer));
-    EXPECT_FALSE(is_within({-10, -20, 31, 40}, outer));
-    EXPECT_FALSE(is_within({-10, -20, 30, 41}, outer));
-}
-
 TEST(PathProjection, LeavesNothingOutOfAViewWithoutNumbers)
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();
