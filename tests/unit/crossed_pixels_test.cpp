@@ -143,6 +143,21 @@ TEST_F(CrossedPixels, AreLeftOpenWhereRoundingDecides)
                          "............\n");
 }
 
+// Rounding along both axes may move an end by twice as much across a diamond's edge.
+TEST_F(CrossedPixels, AreLeftOpenWhereAnEndIsRoundedAlongBothAxes)
+{
+    cross({{2.25, 1.75 - 1.0 / 256}, {6.9, 1.7}}); // starts just within a diamond,
+    cross({{2.25, 3.75 + 1.0 / 256}, {6.9, 3.7}}); // or just outside of one,
+    cross({{6.9, 5.7}, {2.75, 5.75 + 1.0 / 256}}); // ends just outside of one,
+    cross({{9.4, 1.4}, {9.75, 1.75 + 1.0 / 256}}); // or of that in which it starts
+    EXPECT_EQ(picture(), "...####.....\n"
+                         "............\n"
+                         "...####.....\n"
+                         "............\n"
+                         "...####.....\n"
+                         "............\n");
+}
+
 TEST_F(CrossedPixels, AreThoseWithinThePictureOfLinesThatGoBeyond)
 {
     cross({{-40, 3.3}, {60, 3.3}});
