@@ -43,8 +43,6 @@ void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_ar
 void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                     const path_runs &runs, const path_colours &colours)
 {
-    if (program == 0 || vertex_array == 0 || runs.used == 0)
-        return;
     use_path_program(program, matrix, vertex_array, colours);
     const int from = path_run_capacity - runs.used;
     glMultiDrawArrays(GL_LINE_STRIP, runs.first + from, runs.count + from, runs.used);

@@ -53,7 +53,7 @@ struct path_runs {
     int used; // the last so many of the arrays
 };
 
-/// Draws the runs in the path's order, each as draw_path_range would.
+/// Draws the runs in the path's order, with a program and a vertex array that are there.
 void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                     const path_runs &runs, const path_colours &colours);
 
