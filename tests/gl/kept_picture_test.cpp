@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <limits>
 #include <random>
 #include <utility>
@@ -335,6 +336,34 @@ std::pair<GLint, GLint> texture_size(GLuint texture)
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, &height);
     glBindTexture(GL_TEXTURE_2D, 0);
     return {width, height};
+}
+
+// Objects of other kinds have the same names as its own, or its size in pixels.
+TEST(Offscreen, FreesNothingThatIsNotItsOwn)
+{
+    GLuint framebuffers[192] = {};
+    GLuint textures[128] = {};
+    GLuint renderbuffers[64] = {};
+    glGenFramebuffers(std::size(framebuffers), framebuffers);
+    glGenTextures(std::size(textures), textures);
+    glGenRenderbuffers(std::size(renderbuffers), renderbuffers);
+    for (const GLuint name : framebuffers)
+        glBindFramebuffer(GL_FRAMEBUFFER, name);
+    for (const GLuint name : textures)
+        glBindTexture(GL_TEXTURE_2D, name);
+    for (const GLuint name : renderbuffers)
+        glBindRenderbuffer(GL_RENDERBUFFER, name);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glBindRenderbuffer(GL_RENDERBUFFER, 0);
+    const int before = live_objects();
+    vimbo::offscreen picture = {};
+    ASSERT_TRUE(vimbo::fit_offscreen(picture, static_cast<GLsizei>(renderbuffers[20]), 30));
+    vimbo::delete_offscreen(picture);
+    EXPECT_EQ(live_objects(), before);
+    glDeleteFramebuffers(std::size(framebuffers), framebuffers);
+    glDeleteTextures(std::size(textures), textures);
+    glDeleteRenderbuffers(std::size(renderbuffers), renderbuffers);
 }
 
 TEST(Offscreen, IsMadeAnewForAnotherSizeAndFreesTheFormerOne)
