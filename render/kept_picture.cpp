@@ -230,7 +230,6 @@ bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t ver
         delete_offscreen(kept.shown.target);
         delete_offscreen(kept.next.target);
         delete_offscreen(kept.stand_in);
-        forget_stand_in(kept);
         return false;
     }
     finish_picture(kept);

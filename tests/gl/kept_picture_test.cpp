@@ -201,6 +201,17 @@ TEST_F(KeptPicture, LetsTheSameStandInFromFrameToFrame)
     expect_direct_picture("in the end");
 }
 
+TEST_F(KeptPicture, KeepsWhatStandsInOnlyWhereItWasScaled)
+{
+    finish();
+    preview.pan_x = 0.1F;
+    standing_in();
+    EXPECT_EQ(kept.stand_in.framebuffer, 0U) << "it was only moved";
+    preview.zoom = 1.7F;
+    standing_in();
+    EXPECT_NE(kept.stand_in.framebuffer, 0U);
+}
+
 TEST_F(KeptPicture, LetsNothingStandInThatItNoLongerShows)
 {
     preview.replay_position = 100;

@@ -13,6 +13,8 @@
 #include <cstdint>
 #include <fstream>
 #include <functional>
+#include <iterator>
+#include <vector>
 
 namespace
 {
@@ -107,6 +109,29 @@ TEST_F(LoadMosaic, CountsWholePointsAndUploadsTheRest)
         load_bytes(mosaic_bytes(static_cast<std::uint32_t>(one.size), one.count, body));
         expect_shown(one.vertices, body);
     }
+}
+
+// Objects of other kinds have the same names as its own, or its number of points.
+TEST_F(LoadMosaic, FreesNothingThatIsNotItsOwn)
+{
+    GLuint arrays[128] = {};
+    GLuint buffers[64] = {};
+    glGenVertexArrays(std::size(arrays), arrays);
+    glGenBuffers(std::size(buffers), buffers);
+    for (const GLuint name : arrays)
+        glBindVertexArray(name);
+    for (const GLuint name : buffers)
+        glBindBuffer(GL_ARRAY_BUFFER, name);
+    glBindVertexArray(0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    const int before = live_objects();
+    // With the tray's centre as many as the buffer's name.
+    load_bytes(mosaic_bytes(std::vector<vimbo::path_vertex>(buffers[40] - 1)));
+    EXPECT_EQ(live_objects(), before + 2);
+    load(place.file("none.mmv"));
+    EXPECT_EQ(live_objects(), before);
+    glDeleteVertexArrays(std::size(arrays), arrays);
+    glDeleteBuffers(std::size(buffers), buffers);
 }
 
 TEST_F(LoadMosaic, IgnoresBytesBeyondThoseTheHeaderPromises)

@@ -260,9 +260,12 @@ TEST_F(EvaluationPanel, HasRoomForTheMostThatAToolCanShow)
 TEST_F(EvaluationPanel, OffersCancelAloneWhileAToolRuns)
 {
     tools.put("mero", "await " + tools.file("go"));
+    panels.frame();
+    const int middle = (panels.find("Evaluate")->x + panels.find("Integrate")->x) / 2;
     panels.click("Evaluate");
     panels.frame();
-    EXPECT_TRUE(panels.find("Cancel"));
+    ASSERT_TRUE(panels.find("Cancel"));
+    EXPECT_NEAR(panels.find("Cancel")->x, middle, 1) << "it takes the place of both";
     EXPECT_FALSE(panels.find("Evaluate"));
     EXPECT_FALSE(panels.find("Integrate"));
     write_file(tools.file("go"), "");

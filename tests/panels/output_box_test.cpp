@@ -168,6 +168,20 @@ TEST_P(OutputBox, GoesToTheEndsOfItsTextAtOnce)
     EXPECT_TRUE(text().ends_with("Status: ok.\n!"));
 }
 
+TEST_P(OutputBox, IsScrolledByTheWheelAndStaysThere)
+{
+    run(200);
+    click_box();
+    panels.scroll(4);
+    panels.frame();
+    EXPECT_FALSE(shows("Status: ok."));
+    panels.frame();
+    EXPECT_FALSE(shows("Status: ok.")) << "nothing turns any more";
+    panels.scroll(-100);
+    panels.frame();
+    EXPECT_TRUE(shows("Status: ok."));
+}
+
 TEST_P(OutputBox, KeepsItsPlaceWhenTheFocusGoes)
 {
     run(200);

@@ -343,6 +343,18 @@ TEST_F(Plimb, CountsADirectionBetweenTwoBinsToTheUpperOne)
             << "the move by " << move.dx << ',' << move.dy << " is in another bin";
 }
 
+TEST_F(Plimb, TellsTheDirectionOfTheShortestMoves)
+{
+    // By one up, one to the right, two up, one to the left and two down.
+    const std::vector<double> figures =
+        numbers_of(measure(mosaic_bytes({{0, 1}, {1, 1}, {1, 3}, {0, 3}, {0, 1}})).output);
+    ASSERT_EQ(figures.size(), 50U);
+    EXPECT_NEAR(figures[32 + 12], 3.0 / 7, 1e-6) << "upward";
+    EXPECT_NEAR(figures[32 + 8], 1.0 / 7, 1e-6) << "to the right";
+    EXPECT_NEAR(figures[32 + 15], 1.0 / 7, 1e-6) << "to the left";
+    EXPECT_NEAR(figures[32 + 4], 2.0 / 7, 1e-6) << "downward";
+}
+
 TEST_F(Plimb, MeasuresALongPathWithoutAGapBetweenItsThreads)
 {
     // A jump far out, then marks to and fro there: where a stretch of the path
@@ -433,6 +445,13 @@ TEST_F(Mero, ReportsThatItHasNoMemoryForMoves)
     EXPECT_TRUE(holds(result.output, "not enough memory for the moves"));
 }
 #endif
+
+TEST_F(Mero, CountsNoMemoryThatASourceHasDropped)
+{
+    const outcome result =
+        evaluate("-S", "for i = 1, 3000000 do local dropped = {} end\n" + std::string(square));
+    EXPECT_EQ(result.status, 0) << result.output;
+}
 
 TEST_F(Mero, ReportsThatASourceTakesTooMuchMemory)
 {

@@ -370,6 +370,21 @@ TEST_F(EditorMouse, TheWheelScrollsSidewaysWithShiftOrByItself)
     EXPECT_LT(most, 301 * glyph - view.area.w);
 }
 
+TEST_F(EditorMouse, AViewIsScrolledByAsLittleAsAPixelAndAlongOneAxisAlone)
+{
+    set(std::string(300, 'x') + '\n' + numbered_lines(500));
+    lay_out();
+    EXPECT_TRUE(scroll_by(edit, view, font, nk_vec2(1, 0)));
+    EXPECT_EQ(edit.scrollbar.x, 1);
+    EXPECT_EQ(edit.scrollbar.y, 0);
+    EXPECT_TRUE(scroll_by(edit, view, font, nk_vec2(0, 1)));
+    EXPECT_EQ(edit.scrollbar.y, 1);
+    EXPECT_EQ(edit.scrollbar.x, 1);
+    edit.scrollbar.x = 5000; // as it may stay when the longest line is cut
+    EXPECT_FALSE(scroll_by(edit, view, font, nk_vec2(0, 0)));
+    EXPECT_EQ(edit.scrollbar.x, 5000);
+}
+
 TEST_F(EditorMouse, ATextThatIsSeenWholeDoesNotScroll)
 {
     set("one\ntwo");

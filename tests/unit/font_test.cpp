@@ -283,6 +283,20 @@ TEST_F(FontFile, IsRefusedWithoutATableThatIsRead)
     }
 }
 
+TEST_F(FontFile, IsRefusedWithATableTooShortForItsFields)
+{
+    const std::pair<const char *, std::size_t> fields[] = {{"cmap", 4}, {"head", 54}, {"hhea", 36},
+                                                           {"hmtx", 4}, {"loca", 2},  {"maxp", 6}};
+    for (const auto &[tag, size] : fields) {
+        table cut = table_of(tag);
+        cut.length = size - 1;
+        std::string damaged = whole;
+        put_number(damaged, cut.record + 12, static_cast<std::uint32_t>(cut.length), 4);
+        set_checksum(damaged, cut);
+        EXPECT_FALSE(is_taken(damaged)) << tag;
+    }
+}
+
 // Outlines of the other kind lie in a table of their own.
 TEST_F(FontFile, IsRefusedWithOutlinesThatCannotBeBaked)
 {
