@@ -50,10 +50,14 @@ std::size_t make_chain(std::filesystem::path directory, int levels)
     for (int level = 0; level < levels; ++level) {
         directory /= "d";
         std::filesystem::create_directory(directory);
-        // Some of them stand behind the next directory, and are read on the way back.
+        // Some of them stand before the next directory, also where the newest is read
+        // first, and some behind it, and are read on the way back.
         constexpr int files = 30;
-        for (int file = 0; file < files; ++file)
+        for (int file = 0; file < files; ++file) {
+            if (file == files / 2 && level + 1 < levels)
+                std::filesystem::create_directory(directory / "d");
             write_file(directory / (std::to_string(file) + long_end), "");
+        }
         entries += files + 1;
     }
     return entries;
