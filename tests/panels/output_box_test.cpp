@@ -136,6 +136,7 @@ TEST_F(OutputBox, CopiesItsWholeText)
     EXPECT_EQ(panels.clipboard, "before") << "it has not the focus";
     click_box();
     press_key(NK_KEY_TEXT_SELECT_ALL);
+    EXPECT_EQ(panels.clipboard, "before") << "nobody has asked for it";
     press_key(NK_KEY_COPY);
     EXPECT_EQ(panels.clipboard, text());
     type("µ");
