@@ -5,8 +5,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <ctime>
+#include <thread>
+#include <vector>
 
 namespace
 {
@@ -444,6 +448,31 @@ TEST_F(Editor, TakesNothingBeyond65536Bytes)
     type("more");
     EXPECT_LE(text().size(), 65536U);
     EXPECT_EQ(text().substr(0, 65535), lines(65535));
+}
+
+TEST_F(Editor, ScrollsBesideADragByTheTimeThatPasses)
+{
+    open(lines(60000));
+    panels.key(NK_KEY_TEXT_START);
+    panels.frame();
+    panels.press({100, 300});
+    panels.frame();
+    panels.move({100, 1300});
+    const float &top = panels.app().editor.source_edit.scrollbar.y;
+    // A tenth of a second counts at most; of many frames some take less.
+    std::vector<float> steps;
+    for (int i = 0; i < 40; ++i) {
+        const float before = top;
+        if (i == 20)
+            std::this_thread::sleep_for(std::chrono::milliseconds(120));
+        panels.frame();
+        if (top > before)
+            steps.push_back(top - before);
+    }
+    ASSERT_GT(steps.size(), 2U);
+    steps.pop_back(); // at the text's end, maybe
+    EXPECT_LT(*std::ranges::min_element(steps), *std::ranges::max_element(steps) / 2)
+        << "as far in each frame, however short";
 }
 
 TEST(TrayBarInANarrowWindow, KeepsItsListsWideEnoughToBeRead)

@@ -456,8 +456,8 @@ TEST_F(Mero, GivesMemoryBackThatASourceHasDropped)
         return usage.ru_maxrss; // KiB
     };
     const long before = most_memory();
-    // Three gigabytes in all, which is more than a source may hold.
-    const std::string dropping = "for i = 1, 30000 do local dropped = string.rep('x', 100000) end ";
+    // With what it is made of, more than a source may hold.
+    const std::string dropping = "for i = 1, 12000 do local dropped = string.rep('x', 100000) end ";
     const outcome result = evaluate("-S", dropping + square);
     EXPECT_EQ(result.status, 0) << result.output;
     EXPECT_LT(most_memory(), std::max(before + 1, 1000000L)) << "what was dropped is kept";

@@ -98,6 +98,19 @@ TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
     EXPECT_GT(left_out, 10000);
 }
 
+TEST(PathProjection, LeavesOutWhatLiesBesideTheViewOnEachSide)
+{
+    constexpr std::int32_t far_out = 1000000000;
+    for (const bool upside_down : {false, true}) {
+        const path_box seen = lengths_in(projection_of(4, 0, 0, upside_down));
+        EXPECT_FALSE(are_apart({0, 0, 0, 0}, seen));
+        EXPECT_TRUE(are_apart({-far_out, 0, -far_out, 0}, seen)) << "on the left";
+        EXPECT_TRUE(are_apart({far_out, 0, far_out, 0}, seen)) << "on the right";
+        EXPECT_TRUE(are_apart({0, -far_out, 0, -far_out}, seen)) << "below";
+        EXPECT_TRUE(are_apart({0, far_out, 0, far_out}, seen)) << "above";
+    }
+}
+
 TEST(PathProjection, LeavesNothingOutOfAViewWithoutNumbers)
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();
