@@ -1,5 +1,6 @@
 // The box with the evaluator's output: what of it is seen, and what can be done there.
 #include "tests/support/panel_rig.hpp"
+#include "tests/support/texts.hpp"
 #include "tests/support/tool_path.hpp"
 #include "tests/support/wait.hpp"
 #include "ui/utf8.hpp"
@@ -102,13 +103,13 @@ TEST_F(OutputBox, TakesWhatIsTypedOnceItIsClicked)
     type("note ");
     EXPECT_NE(text(), before);
     EXPECT_EQ(text().size(), before.size() + 5);
-    EXPECT_NE(text().find("note "), std::string::npos);
+    EXPECT_TRUE(holds(text(), "note "));
     press_key(NK_KEY_BACKSPACE);
     press_key(NK_KEY_ENTER);
-    EXPECT_NE(text().find("note\n"), std::string::npos);
+    EXPECT_TRUE(holds(text(), "note\n"));
     click_editor();
     type("X");
-    EXPECT_EQ(text().find('X'), std::string::npos);
+    EXPECT_TRUE(lacks(text(), "X"));
     run(1);
     // How many dots there are before is the tool's time.
     EXPECT_EQ(text().substr(text().find('\n')), before.substr(before.find('\n')))
@@ -280,7 +281,7 @@ TEST_F(NamedLine, IsNotThereInOtherLines)
     double_click("2 of them");
     EXPECT_EQ(panels.app().editor.source_edit.active, 0) << "the box has the focus";
     EXPECT_EQ(typed_into(), "");
-    EXPECT_NE(text().find('X'), std::string::npos);
+    EXPECT_TRUE(holds(text(), "X"));
 }
 
 INSTANTIATE_TEST_SUITE_P(InWindowsOfTheHeight, OutputBox,
