@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace vimbo
 {
@@ -154,10 +155,17 @@ void cover_flat_line(covered_pixels &covered, const flat_line &line)
         cover_in_row(covered, line, at, first, last);
 }
 
-flat_line line_between(const pixel_point &start, const pixel_point &end, double off)
+flat_line line_between(const covered_pixels &covered, pixel_point start, pixel_point end,
+                       double off)
 {
+    const bool turned = std::fabs(end.x - start.x) < std::fabs(end.y - start.y);
+    if (turned) {
+        std::swap(start.x, start.y);
+        std::swap(end.x, end.y);
+    }
     const double slope = (end.y - start.y) / (end.x - start.x);
-    return {start, end, slope, off, off * (1 + std::fabs(slope)), 0, false};
+    const double margin = off * (1 + std::fabs(slope));
+    return {start, end, slope, off, margin, turned ? covered.width : covered.height, turned};
 }
 
 void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, double off)
@@ -165,12 +173,7 @@ void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, dou
     if (!clip_axis(start, end, &pixel_point::x, covered.width) ||
         !clip_axis(start, end, &pixel_point::y, covered.height))
         return;
-    const bool turned = std::fabs(end.x - start.x) < std::fabs(end.y - start.y);
-    flat_line line = turned ? line_between({start.y, start.x}, {end.y, end.x}, off)
-                            : line_between(start, end, off);
-    line.turned = turned;
-    line.rows = turned ? covered.width : covered.height;
-    cover_flat_line(covered, line);
+    cover_flat_line(covered, line_between(covered, start, end, off));
 }
 
 } // namespace

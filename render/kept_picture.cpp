@@ -275,12 +275,11 @@ void show_picture(kept_picture &kept)
 {
     bool scaled = false;
     begin_area(kept.wanted.area);
+    const pixel_edges area = edges_of(kept.wanted.area);
     if (same_view(kept.shown.view, kept.wanted))
-        copy_stretch(kept.shown, whole_axis(horizontal_axis(kept.wanted)),
-                     whole_axis(vertical_axis(kept.wanted)));
+        copy_to_window(kept.shown.target, area, area, GL_NEAREST);
     else if (same_view(kept.stand_in_view, kept.wanted))
-        copy_to_window(kept.stand_in, whole_picture(kept.stand_in), edges_of(kept.wanted.area),
-                       GL_NEAREST);
+        copy_to_window(kept.stand_in, whole_picture(kept.stand_in), area, GL_NEAREST);
     else
         scaled = show_stand_in(kept);
     end_area();

@@ -30,12 +30,6 @@ shared_stretch share_axis(const view_axis &before, const view_axis &now)
             false};
 }
 
-shared_stretch whole_axis(const view_axis &axis)
-{
-    const int end = axis.start + axis.length;
-    return {{axis.start, end}, {axis.start, end}, false};
-}
-
 bool is_scaled(const shared_stretch &stretch)
 {
     return stretch.from[1] - stretch.from[0] != stretch.to[1] - stretch.to[0];

@@ -26,9 +26,6 @@ struct shared_stretch {
 /// shift that is infinite or NaN.
 shared_stretch share_axis(const view_axis &before, const view_axis &now);
 
-/// All of an axis, as it is.
-shared_stretch whole_axis(const view_axis &axis);
-
 /// True when the stretch has not the same length in both views.
 bool is_scaled(const shared_stretch &stretch);
 

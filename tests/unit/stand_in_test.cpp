@@ -10,7 +10,6 @@ namespace
 using vimbo::share_axis;
 using vimbo::shared_stretch;
 using vimbo::view_axis;
-using vimbo::whole_axis;
 
 void expect_stretch(const shared_stretch &stretch, int from_first, int from_last, int to_first,
                     int to_last)
@@ -26,7 +25,6 @@ TEST(StandIn, OfTheSameViewIsAllOfIt)
 {
     const view_axis axis = {64, 0.25, 30, 400};
     expect_stretch(share_axis(axis, axis), 30, 430, 30, 430);
-    expect_stretch(whole_axis(axis), 30, 430, 30, 430);
 }
 
 TEST(StandIn, OfAViewThatWasPannedIsMovedByAsMuch)
