@@ -182,6 +182,15 @@ TEST_F(NewestFirst, HasThePixelsOfADirectDrawAtEachStepOfAReplay)
     expect_direct_picture("set back");
 }
 
+TEST_F(NewestFirst, DrawsAStepOfAReplayThatIsASingleLine)
+{
+    load(scatter(vimbo::replay_end - 1, 20.0 * millimetre, 20));
+    for (preview.replay_position = 100; preview.replay_position < 110; ++preview.replay_position) {
+        expect_direct_picture("step " + std::to_string(preview.replay_position));
+        EXPECT_EQ(kept.pass.drawn, preview.replay_position == 100 ? 100 : 1);
+    }
+}
+
 TEST_F(NewestFirst, GoesOnWhenAReplayDoesSoBeforeAPassHasEnded)
 {
     load(hatch(60000, 90.0 * millimetre, 80.0 * millimetre));

@@ -184,6 +184,47 @@ TEST_P(OutputBox, IsScrolledByTheWheelAndStaysThere)
     EXPECT_TRUE(shows("Status: ok."));
 }
 
+TEST_F(OutputBox, IsScrolledSidewaysByTheWheelAndNotBeyondItsLeftEdge)
+{
+    run(3);
+    const auto left_of = [&](std::string_view line) {
+        for (const drawn_text &drawn : panels.texts())
+            if (drawn.text == line)
+                return drawn.bounds.x;
+        return -1e6F;
+    };
+    click_box();
+    const float left = left_of("2 of them");
+    panels.scroll(0, -2);
+    panels.frame();
+    panels.frame();
+    EXPECT_LT(left_of("2 of them"), left - 40);
+    panels.scroll(0, 100);
+    panels.frame();
+    panels.frame();
+    EXPECT_EQ(left_of("2 of them"), left);
+}
+
+TEST_F(OutputBox, UndoesNothingAsRunsWriteToItsTextToo)
+{
+    run(1);
+    click_box();
+    type("note");
+    const std::string noted = text();
+    for (const nk_keys key : {NK_KEY_TEXT_UNDO, NK_KEY_TEXT_REDO}) {
+        press_key(key);
+        EXPECT_EQ(text(), noted);
+    }
+    // More than the toolkit has room for to undo.
+    for (int i = 0; i < 10; ++i)
+        type(std::string(110, 'x'));
+    for (int i = 0; i < 10 * 110; ++i) {
+        press_key(NK_KEY_BACKSPACE);
+        panels.frame();
+    }
+    EXPECT_EQ(text(), noted);
+}
+
 TEST_P(OutputBox, KeepsItsPlaceWhenTheFocusGoes)
 {
     run(200);
@@ -258,6 +299,23 @@ TEST_F(NamedLine, IsGoneToByADoubleClickOnItsMessage)
     EXPECT_TRUE(panels.find("line 90")) << "it is in view";
     EXPECT_EQ(panels.app().editor.source_edit.select_start,
               panels.app().editor.source_edit.select_end);
+    EXPECT_EQ(typed_into(), "Xline 90");
+}
+
+TEST_F(NamedLine, IsThatUnderThePointerWhereTheBoxIsScrolled)
+{
+    std::string output;
+    for (int line = 1; line <= 99; ++line)
+        output += "source:" + std::to_string(line) + ": wrong\\n";
+    tools.put("mero", "say '" + output + '\'');
+    panels.click("Evaluate");
+    ASSERT_TRUE(wait_until([&] {
+        panels.frame();
+        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
+    }));
+    panels.frame();
+    ASSERT_FALSE(panels.find("source:1: wrong"));
+    double_click("source:90:");
     EXPECT_EQ(typed_into(), "Xline 90");
 }
 

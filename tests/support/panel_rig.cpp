@@ -53,14 +53,14 @@ void panel_rig::frame()
     for (int button = 0; button < NK_BUTTON_MAX; ++button)
         nk_input_button(&context, static_cast<nk_buttons>(button), pointer.x, pointer.y,
                         button_down[button] ? nk_true : nk_false);
-    nk_input_scroll(&context, nk_vec2(0, notches));
+    nk_input_scroll(&context, notches);
     type_into_context();
     for (int key = NK_KEY_NONE + 1; key < NK_KEY_MAX; ++key)
         nk_input_key(&context, static_cast<nk_keys>(key), pressed_key == key ? nk_true : nk_false);
     nk_input_end(&context);
     typed.clear();
     pressed_key.reset();
-    notches = 0;
+    notches = {};
 
     vimbo::reset_frame_flags(state->frame);
     vimbo::main_panel(*state);
@@ -147,9 +147,9 @@ void panel_rig::click(std::string_view label, int nth)
     click(*at);
 }
 
-void panel_rig::scroll(float count)
+void panel_rig::scroll(float upwards, float leftwards)
 {
-    notches = count;
+    notches = {leftwards, upwards};
 }
 
 void panel_rig::type(std::string_view text)

@@ -77,7 +77,8 @@ public:
     void click(point at, nk_buttons button = NK_BUTTON_LEFT);
     /// The same on a label; it must be there.
     void click(std::string_view label, int nth = 0);
-    void scroll(float notches);
+    /// Turns the wheel: upwards, and to the left.
+    void scroll(float notches, float leftwards = 0);
     /// Text as the operator types it, in UTF-8.
     void type(std::string_view text);
     void key(nk_keys key);
@@ -98,7 +99,7 @@ private:
     std::string typed;
     std::optional<nk_keys> pressed_key;
     point pointer = {-1, -1};
-    float notches = 0;
+    struct nk_vec2 notches = {};
     bool button_down[NK_BUTTON_MAX] = {};
 };
 

@@ -98,6 +98,36 @@ TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
     EXPECT_GT(left_out, 10000);
 }
 
+// The view's edge along an axis, as a length, or where all lengths end.
+double edge_of(double scale, double shift, double edge)
+{
+    return std::clamp((edge - shift) / scale * 2147483647, double{INT32_MIN}, double{INT32_MAX});
+}
+
+TEST(PathProjection, LeavesOutNothingUpToTheViewsEdgesAndLittleOnlyBeyond)
+{
+    std::mt19937 random(5);
+    const auto share = [&] { return static_cast<float>(random() % 2001) / 1000 - 1; };
+    for (int i = 0; i < 10000; ++i) {
+        const float zoom = std::exp2(static_cast<float>(random() % 21));
+        const path_projection projection =
+            projection_of(zoom, share() * 10 * zoom, share() * 10 * zoom, i % 2 == 0);
+        const GLfloat *m = projection.matrix.element;
+        const path_box seen = lengths_in(projection);
+        // Two pixels, and what single precision may be off by.
+        const double beyond_x = 1 + 4.01 / 757 + std::fabs(m[12]) * 4e-6;
+        const double beyond_y = 1 + 4.01 / 500 + std::fabs(m[13]) * 4e-6;
+        EXPECT_LE(seen.left, edge_of(m[0], m[12], -1));
+        EXPECT_GE(seen.right, edge_of(m[0], m[12], 1));
+        EXPECT_LE(seen.bottom, edge_of(m[5], m[13], -1));
+        EXPECT_GE(seen.top, edge_of(m[5], m[13], 1));
+        EXPECT_GE(seen.left, edge_of(m[0], m[12], -beyond_x) - 2);
+        EXPECT_LE(seen.right, edge_of(m[0], m[12], beyond_x) + 2);
+        EXPECT_GE(seen.bottom, edge_of(m[5], m[13], -beyond_y) - 2);
+        EXPECT_LE(seen.top, edge_of(m[5], m[13], beyond_y) + 2);
+    }
+}
+
 TEST(PathProjection, LeavesOutWhatLiesBesideTheViewOnEachSide)
 {
     constexpr std::int32_t far_out = 1000000000;
