@@ -27,4 +27,13 @@ TEST(SlicePace, KnowsWhatAFrameIsTooShortForOnlyAfterATimedSlice)
     EXPECT_TRUE(exceeds_frame(pace, 1001));
 }
 
+TEST(SlicePace, KnowsWhatASliceIsTooShortForOnlyAfterATimedSlice)
+{
+    slice_pace pace = {};
+    EXPECT_FALSE(exceeds_slice(pace, 1 << 30));
+    pace.vertices_per_second = 1000 / vimbo::slice_time;
+    EXPECT_FALSE(exceeds_slice(pace, 999));
+    EXPECT_TRUE(exceeds_slice(pace, 1001));
+}
+
 } // namespace
