@@ -301,9 +301,10 @@ TEST_F(EditorMouse, ADragScrollsFasterFurtherOutAndBackAboveTheBox)
     const float bottom = view.area.y + view.area.h;
     const float near = scrolled_at(bottom + 5);
     const float far = scrolled_at(bottom + 100);
-    EXPECT_GT(near, 0);
-    EXPECT_GT(far, 4 * near);
-    EXPECT_LT(scrolled_at(view.area.y - 5), 0);
+    // Four rows a second, and twelve pixels more for each pixel outside.
+    EXPECT_NEAR(near, 0.1F * (4 * row + 12 * 5), 0.01);
+    EXPECT_NEAR(far, 0.1F * (4 * row + 12 * 100), 0.01);
+    EXPECT_NEAR(scrolled_at(view.area.y - 5), -near, 0.01);
     EXPECT_EQ(scrolled_at(view.area.y + 50), 0) << "not while it is inside";
 }
 
