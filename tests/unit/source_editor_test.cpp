@@ -126,6 +126,31 @@ TEST_F(SourceEditor, HoldsASourceOfExactlyItsCapacity)
     }
 }
 
+TEST_F(SourceEditor, GoesToALineWhateverLiesBeforeIt)
+{
+    for (const std::string before : {"", "\n", "\n\n", "one\n", "\n\u00B5\n"}) {
+        load(before + "wanted\nnext");
+        const auto lines = static_cast<int>(std::ranges::count(before, '\n'));
+        vimbo::show_line(editor(), lines + 1);
+        panels.frame();
+        type("X");
+        EXPECT_EQ(saved().substr(0, before.size() + 7), before + "Xwanted");
+    }
+}
+
+TEST_F(SourceEditor, GoesDownFromALineThatWasAskedForInItsFirstColumn)
+{
+    load("12345678\n12345678\nwanted\nnext");
+    click_into();
+    press(NK_KEY_TEXT_LINE_END);
+    press(NK_KEY_DOWN);
+    vimbo::show_line(editor(), 3);
+    panels.frame();
+    press(NK_KEY_DOWN);
+    type("X");
+    EXPECT_EQ(saved(), "12345678\n12345678\nwanted\nXnext");
+}
+
 TEST_F(SourceEditor, StopsAtTheFirstZeroByte)
 {
     load(std::string("one\0two", 7));
