@@ -140,4 +140,41 @@ TEST_F(Contract, OfTheScaleIsAGapOf152BetweenItsNumbers)
     EXPECT_EQ(std::ranges::count(panels.texts(), "   ", &drawn_text::text), 2);
 }
 
+// The panels of a window, all of them or none but the editor.
+bool draws_box(int width, int height, bool all, const struct nk_rect &box)
+{
+    constexpr std::uint32_t others =
+        vimbo::ui_flag::stats_shown | vimbo::ui_flag::bottom_shown | vimbo::ui_flag::preview_shown;
+    panel_rig window(width, height);
+    std::uint32_t &flags = window.app().frame.ui_flags;
+    flags = all ? flags | others : flags & ~others;
+    window.frame();
+    return std::ranges::any_of(window.rectangles(), [&](const drawn_rectangle &drawn) {
+        return drawn.bounds.x == box.x && drawn.bounds.y == box.y && drawn.bounds.w == box.w &&
+               drawn.bounds.h == box.h;
+    });
+}
+
+TEST(PanelSizes, AreSharedOutInAWideWindowAndHaveALeastInANarrowOne)
+{
+    EXPECT_TRUE(draws_box(1600, 900, true, {10, 42, 774, 512})) << "the editor";
+    EXPECT_TRUE(draws_box(1600, 900, true, {788, 42, 24, 512})) << "what hides the statistics";
+    EXPECT_TRUE(draws_box(1600, 900, true, {816, 74, 774, 480})) << "the statistics";
+    EXPECT_TRUE(draws_box(1600, 900, true, {816, 618, 774, 252})) << "the picture";
+    EXPECT_TRUE(draws_box(400, 900, true, {10, 42, 256, 512})) << "the editor";
+    EXPECT_TRUE(draws_box(400, 900, true, {298, 74, 256, 480})) << "the statistics";
+    EXPECT_TRUE(draws_box(400, 900, true, {351, 115, 256, 400})) << "a chart";
+    EXPECT_TRUE(draws_box(400, 900, true, {298, 618, 256, 252})) << "the picture";
+    EXPECT_TRUE(draws_box(400, 900, true, {28, 700, 220, 178})) << "the output, as far as seen";
+    EXPECT_TRUE(draws_box(400, 2000, true, {28, 700, 220, 450})) << "the output";
+    EXPECT_TRUE(draws_box(400, 2000, true, {298, 618, 256, 1352})) << "the picture";
+}
+
+TEST(PanelSizes, AreTheEditorsWhereItIsAlone)
+{
+    EXPECT_TRUE(draws_box(1600, 900, false, {10, 42, 1552, 796})) << "the editor";
+    EXPECT_TRUE(draws_box(1600, 900, false, {1566, 42, 24, 796})) << "what shows the statistics";
+    EXPECT_TRUE(draws_box(400, 700, false, {10, 42, 352, 596})) << "the editor";
+}
+
 } // namespace
