@@ -274,6 +274,46 @@ TEST_F(FontFile, IsRefusedWithMoreTablesThanItHolds)
     EXPECT_FALSE(is_taken(damaged));
 }
 
+// The least font there is, whose tables read as records of the directory, too: of tables
+// that have no length.
+std::string least_font(std::uint32_t records)
+{
+    constexpr std::size_t cmap = 12 + 7 * 16;
+    constexpr std::size_t zeros = cmap + 16;
+    constexpr std::size_t head = zeros + 48 + 4;
+    std::string font(12 + 15 * 16, '\0');
+    put_number(font, 0, 0x00010000, 4);
+    put_number(font, 4, records, 2);
+    const struct {
+        const char *tag;
+        std::uint32_t checksum;
+        std::size_t offset;
+        std::uint32_t length;
+    } tables[] = {{"cmap", 0x10, cmap, 16}, {"glyf", 0, zeros, 1}, {"head", 0, head, 54},
+                  {"hhea", 0, zeros, 36},   {"hmtx", 0, zeros, 4}, {"loca", 0, zeros, 2},
+                  {"maxp", 0, zeros, 6}};
+    for (std::size_t i = 0; i < std::size(tables); ++i) {
+        const std::size_t record = 12 + 16 * i;
+        font.replace(record, 4, tables[i].tag);
+        put_number(font, record + 4, tables[i].checksum, 4);
+        put_number(font, record + 8, static_cast<std::uint32_t>(tables[i].offset), 4);
+        put_number(font, record + 12, tables[i].length, 4);
+    }
+    put_number(font, cmap + 2, 1, 2); // one map, of any Unicode,
+    put_number(font, cmap + 6, 3, 2);
+    put_number(font, cmap + 8, 12, 4); // that is of format 0
+    put_number(font, head + 12, 0x5F0F3CF5, 4);
+    put_number(font, head + 18, 1000, 2);
+    return font;
+}
+
+TEST_F(FontFile, IsRefusedWhereItEndsWithinItsDirectory)
+{
+    ASSERT_TRUE(is_taken(least_font(7)));
+    EXPECT_TRUE(is_taken(least_font(15))) << "the last record ends with the file";
+    EXPECT_FALSE(is_taken(least_font(16)));
+}
+
 TEST_F(FontFile, IsRefusedWithoutATableThatIsRead)
 {
     for (const std::string_view tag : read_tables) {
