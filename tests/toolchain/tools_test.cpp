@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <numbers>
 #include <sstream>
 #include <vector>
 
@@ -343,6 +344,29 @@ TEST_F(Plimb, CountsADirectionBetweenTwoBinsToTheUpperOne)
     for (const auto &move : moves)
         EXPECT_NEAR(figures[32 + move.bin], std::hypot(move.dx, move.dy) * step / length, 1e-5)
             << "the move by " << move.dx << ',' << move.dy << " is in another bin";
+}
+
+TEST_F(Plimb, CountsADirectionToTheBinWithinWhoseEdgesItLies)
+{
+    // Of each bin one mark close to its lower edge, one in its middle, one close to its
+    // upper edge; of another length in each.
+    constexpr double step = 1000000;
+    constexpr double width = std::numbers::pi / 8;
+    std::vector<vimbo::path_vertex> points = {{0, 1}};
+    double x = 0;
+    double y = 0;
+    for (int bin = 0; bin < 16; ++bin)
+        for (const double within : {0.02, 0.5, 0.98}) {
+            const double angle = -std::numbers::pi + (bin + within) * width;
+            x += step * (bin + 1) * std::cos(angle);
+            y += step * (bin + 1) * std::sin(angle);
+            points.push_back({static_cast<std::int32_t>(x), static_cast<std::int32_t>(y) | 1});
+        }
+    const std::vector<double> figures = numbers_of(measure(mosaic_bytes(points)).output);
+    ASSERT_EQ(figures.size(), 50U);
+    for (std::size_t bin = 0; bin < 16; ++bin)
+        EXPECT_NEAR(figures[32 + bin], static_cast<double>(bin + 1) / (16 * 17 / 2), 1e-5)
+            << "bin " << bin;
 }
 
 TEST_F(Plimb, TellsTheDirectionOfTheShortestMoves)
