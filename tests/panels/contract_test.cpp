@@ -3,6 +3,7 @@
 #include "tests/support/panel_rig.hpp"
 #include "tests/support/tool_path.hpp"
 #include "tests/support/wait.hpp"
+#include "ui/take_key.hpp"
 
 #include <gtest/gtest.h>
 
@@ -140,6 +141,15 @@ TEST_F(Contract, OfTheScaleIsAGapOf152BetweenItsNumbers)
     EXPECT_EQ(std::ranges::count(panels.texts(), "   ", &drawn_text::text), 2);
 }
 
+// True when the window's last frame has drawn this very box.
+bool has_box(const panel_rig &window, const struct nk_rect &box)
+{
+    return std::ranges::any_of(window.rectangles(), [&](const drawn_rectangle &drawn) {
+        return drawn.bounds.x == box.x && drawn.bounds.y == box.y && drawn.bounds.w == box.w &&
+               drawn.bounds.h == box.h;
+    });
+}
+
 // The panels of a window, all of them or none but the editor.
 bool draws_box(int width, int height, bool all, const struct nk_rect &box)
 {
@@ -149,10 +159,7 @@ bool draws_box(int width, int height, bool all, const struct nk_rect &box)
     std::uint32_t &flags = window.app().frame.ui_flags;
     flags = all ? flags | others : flags & ~others;
     window.frame();
-    return std::ranges::any_of(window.rectangles(), [&](const drawn_rectangle &drawn) {
-        return drawn.bounds.x == box.x && drawn.bounds.y == box.y && drawn.bounds.w == box.w &&
-               drawn.bounds.h == box.h;
-    });
+    return has_box(window, box);
 }
 
 TEST(PanelSizes, AreSharedOutInAWideWindowAndHaveALeastInANarrowOne)
@@ -175,6 +182,56 @@ TEST(PanelSizes, AreTheEditorsWhereItIsAlone)
     EXPECT_TRUE(draws_box(1600, 900, false, {10, 42, 1552, 796})) << "the editor";
     EXPECT_TRUE(draws_box(1600, 900, false, {1566, 42, 24, 796})) << "what shows the statistics";
     EXPECT_TRUE(draws_box(400, 700, false, {10, 42, 352, 596})) << "the editor";
+}
+
+TEST_F(Contract, OfButtonsAndListsIsTheirSize)
+{
+    for (const char *name : {"src/a", "src/b"})
+        write_file(place.file(name), "");
+    const std::string sources = place.file("src");
+    panels.app().bar.source_directory = sources.c_str();
+    panels.app().frame.ui_flags = vimbo::ui_flag::stats_shown;
+    vimbo::initialise_panels(panels.app());
+    panels.frame();
+    for (const struct nk_rect &box : {nk_rect(10, 6, 32, 32), {46, 6, 32, 32}, {82, 6, 32, 32}})
+        EXPECT_TRUE(has_box(panels, box)) << "the button at " << box.x;
+    EXPECT_TRUE(has_box(panels, {118, 6, 700, 32})) << "the list of sources";
+    EXPECT_TRUE(has_box(panels, {822, 6, 700, 32})) << "the list of trays";
+    EXPECT_TRUE(has_box(panels, {1526, 6, 64, 32})) << "the list of mosaics";
+    EXPECT_TRUE(has_box(panels, {825, 79, 32, 32})) << "the button that measures";
+    EXPECT_TRUE(has_box(panels, {861, 79, 720, 32})) << "the list of charts";
+    EXPECT_TRUE(has_box(panels, {825, 115, 40, 400})) << "the scale";
+    EXPECT_TRUE(has_box(panels, {869, 115, 712, 400})) << "the chart";
+    panels.click("0");
+    EXPECT_TRUE(has_box(panels, {1531, 42, 44, 32})) << "the first mosaic";
+    EXPECT_TRUE(has_box(panels, {1531, 294, 44, 32})) << "the last mosaic";
+    panels.key(vimbo::escape_key);
+    panels.frame();
+    panels.click("--");
+    EXPECT_TRUE(has_box(panels, {123, 42, 680, 32})) << "the first source";
+    EXPECT_TRUE(has_box(panels, {123, 78, 680, 32})) << "the second one";
+    panels.key(vimbo::escape_key);
+    panels.frame();
+    panels.click("one");
+    EXPECT_TRUE(has_box(panels, {827, 42, 680, 32})) << "the first tray";
+    panels.key(vimbo::escape_key);
+    panels.frame();
+    panels.click(point{1000, 95});
+    EXPECT_TRUE(has_box(panels, {866, 115, 236, 32})) << "the first chart";
+    EXPECT_TRUE(has_box(panels, {866, 187, 236, 32})) << "the last chart";
+}
+
+TEST_F(Contract, OfALongListIsThatItEndsAndScrolls)
+{
+    for (int i = 0; i < 60; ++i)
+        write_file(place.file("src/" + std::to_string(1000 + i)), "");
+    const std::string sources = place.file("src");
+    panels.app().bar.source_directory = sources.c_str();
+    vimbo::initialise_panels(panels.app());
+    panels.click("--");
+    panels.frame();
+    // Its right edge, without half of the frame at either end.
+    EXPECT_TRUE(has_box(panels, {803, 38, 15, 768 - 2}));
 }
 
 } // namespace
