@@ -33,6 +33,38 @@ class TooltipAt : public testing::TestWithParam<int> // the window's height
 INSTANTIATE_TEST_SUITE_P(ChartInWindowsOfTheHeight, TooltipAt,
                          testing::Values(480, 470, 420, 1240));
 
+TEST(Tooltip, LiesBesideThePointerAndIsMovedNoFartherThanTheWindowsEdgesWant)
+{
+    constexpr int width = 640;
+    constexpr int height = 470;
+    panel_rig panels(width, height);
+    vimbo::app_state &app = panels.app();
+    app.frame.ui_flags |= vimbo::ui_flag::stats_shown;
+    app.statistics.stats_chart = 2;
+    std::ranges::fill(app.statistics.run.stats_moves, 0.25F);
+    panels.frame();
+    panels.frame();
+    const auto tooltip_at = [&](point at) {
+        panels.move(at);
+        panels.frame();
+        panels.frame();
+        return tooltip_of(panels);
+    };
+    // With its frame it is 82 wide and 38 high; a line and a pixel of that lie outside.
+    const auto expect_at = [&](point pointer, float x, float y) {
+        const struct nk_rect box = tooltip_at(pointer);
+        EXPECT_EQ(box.x, x + 1) << "with the pointer at " << pointer.x << ", " << pointer.y;
+        EXPECT_EQ(box.y, y + 2) << "with the pointer at " << pointer.x << ", " << pointer.y;
+    };
+    expect_at({450, 425}, 450, 425);
+    expect_at({450, 431}, 450, 431);
+    expect_at({450, 432}, 450, 432 - 38);
+    expect_at({450, 460}, 450, 460 - 38);
+    expect_at({557, 425}, 557, 425);
+    expect_at({558, 425}, 557, 425);
+    expect_at({600, 460}, 557, 460 - 38);
+}
+
 TEST_P(TooltipAt, EveryPlaceOfAChartLiesInTheWindow)
 {
     constexpr int width = 640;

@@ -64,6 +64,21 @@ TEST_F(Font, HasEveryCharacterOfTheProgramsLabels)
     }
 }
 
+TEST_F(Font, HasTheCharactersOfItsRangesAndNoOthers)
+{
+    bake(VIMBO_FONT);
+    const std::pair<nk_rune, nk_rune> ranges[] = {
+        {0x0009, 0x000D}, {0x0020, 0x017F}, {0x033F, 0x033F}, {0x0370, 0x03FF}, {0x2010, 0x2027},
+        {0x2070, 0x209C}, {0x2190, 0x21FF}, {0x2200, 0x22FF}, {0x2580, 0x259F}};
+    nk_rune count = 0;
+    for (const auto &[first, last] : ranges) {
+        EXPECT_EQ(glyph(first).codepoint, first);
+        EXPECT_EQ(glyph(last).codepoint, last);
+        count += last - first + 1;
+    }
+    EXPECT_EQ(font->info.glyph_count, count);
+}
+
 TEST_F(Font, IsSixteenPixelsHigh)
 {
     bake(VIMBO_FONT);
