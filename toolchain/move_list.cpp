@@ -3,6 +3,7 @@
 #include "toolchain/system.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace toolchain
@@ -24,6 +25,7 @@ bool is_mark(const vimbo::path_vertex &move)
 
 move_list::move_list(move_use use) : capacity(use == move_use::kept ? max_moves : moves_handed_on)
 {
+    static_assert(std::has_single_bit(max_moves) && std::has_single_bit(moves_handed_on));
     static_assert(max_moves % moves_at_a_time == 0 && moves_handed_on % moves_at_a_time == 0);
     first =
         static_cast<vimbo::path_vertex *>(reserve_memory(capacity * sizeof(vimbo::path_vertex)));

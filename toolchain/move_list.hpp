@@ -42,7 +42,7 @@ public:
             return move_fault::too_many;
         if (first == nullptr)
             return move_fault::no_memory;
-        first[count++ % capacity] = {
+        first[count++ & (capacity - 1)] = {
             static_cast<vimbo::length_unit>(std::lrint(x)),
             with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
         marks += mark ? 1 : 0;
@@ -89,7 +89,7 @@ private:
 
     static constexpr std::size_t closed = ~(~std::size_t{0} >> 1);
 
-    std::size_t capacity;                // a multiple of a block
+    std::size_t capacity;                // a power of two, and of several blocks
     vimbo::path_vertex *first = nullptr; // null when the system grants no memory
     std::size_t count = 0;
     std::atomic<std::size_t> published = 0; // moves; once closed with the bit below

@@ -19,6 +19,7 @@ struct run_state {
     double scale; // length_unit in one unit of the source
     move_list &moves;
     std::size_t memory_used = 0;
+    bool only_whole_numbers = true; // all arguments of moves so far
 };
 
 run_state &state_of(lua_State *lua)
@@ -43,9 +44,17 @@ void *allocate(void *user, void *block, std::size_t old_size, std::size_t new_si
     return moved;
 }
 
-// As luaL_checknumber, with half the calls.
-double argument(lua_State *lua, int index)
+// As luaL_checknumber, with half the calls. A whole number is faster had as what it is;
+// a source that also makes moves of others is not asked for one any more.
+double argument(run_state &run, lua_State *lua, int index)
 {
+    if (run.only_whole_numbers) {
+        int is_whole = 0;
+        const lua_Integer whole = lua_tointegerx(lua, index, &is_whole);
+        if (is_whole != 0)
+            return static_cast<double>(whole);
+        run.only_whole_numbers = false;
+    }
     const double number = lua_tonumberx(lua, index, nullptr);
     // 0 is also what stands for anything but a number.
     return number != 0 ? number : luaL_checknumber(lua, index);
@@ -55,8 +64,8 @@ template <bool Mark>
 int make_move(lua_State *lua)
 {
     run_state &run = state_of(lua);
-    const double x = argument(lua, 1);
-    const double y = argument(lua, 2);
+    const double x = argument(run, lua, 1);
+    const double y = argument(run, lua, 2);
     switch (run.moves.append(x * run.scale, y * run.scale, Mark)) {
     case move_fault::coordinate_range:
         return luaL_error(lua, "(%f, %f) is out of the range of 32-bit coordinates", x, y);

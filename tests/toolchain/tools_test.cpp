@@ -91,6 +91,20 @@ TEST_F(Mero, WritesAMosaicInItsUnit)
     EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{256000, 512000}, {768000, 1024001}}));
 }
 
+TEST_F(Mero, TakesWholeNumbersOthersAndTextsOfNumbersInAnyOrder)
+{
+    EXPECT_EQ(integrate("-s 1000", "jump(1, '2') mark('0x10', 4.0) mark(0.5, -3) jump('0.25', 0)\n"
+                                   "mark(-0.0, 7) mark(2, 1e1)")
+                  .status,
+              0);
+    EXPECT_EQ(read_file(place.file("0.mmv")), mosaic_bytes({{256000, 512000},
+                                                            {4096000, 1024001},
+                                                            {128000, -768000 + 1},
+                                                            {64000, 0},
+                                                            {0, 1792001},
+                                                            {512000, 2560001}}));
+}
+
 TEST_F(Mero, CentersAMosaic)
 {
     EXPECT_EQ(integrate("-c -s 1000", "jump(10, 10) mark(12, 14)").status, 0);
