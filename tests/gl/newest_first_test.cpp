@@ -244,6 +244,15 @@ TEST_F(NewestFirst, HasThePixelsOfADirectDrawAfterReloadsAndResizes)
     expect_direct_picture("in another window");
 }
 
+TEST_F(NewestFirst, ReadsAnewWhatAShorterMosaicHas)
+{
+    static_assert(900 < vimbo::window_vertices, "all of it is read at once");
+    for (const int moves : {900, 700, 500}) {
+        load(scatter(moves, 60.0 * millimetre, 21 + static_cast<unsigned int>(moves)));
+        expect_direct_picture("of " + std::to_string(moves) + " moves");
+    }
+}
+
 TEST_F(NewestFirst, SurvivesViewsThatShowNothing)
 {
     load(scatter(20000, 2.0 * millimetre, 15));

@@ -53,6 +53,17 @@ TEST(StandIn, GoesWhereTheNewAreaLies)
     expect_stretch(share_axis({64, 0, 10, 400}, {64, 0, 50, 200}), 10, 410, 50, 250);
 }
 
+TEST(StandIn, OfAViewThatWasPannedBeforeAndWhileItWasZoomed)
+{
+    // A place p of before is at (p - 0.25) * 2 + 0.5 now, which is the middle again.
+    const shared_stretch in = share_axis({64, 0.25, 0, 400}, {128, 0.5, 0, 400});
+    expect_stretch(in, 100, 300, 0, 400);
+    const shared_stretch right = share_axis({64, 0.25, 0, 400}, {128, 1, 0, 400});
+    expect_stretch(right, 50, 250, 0, 400);
+    const shared_stretch out = share_axis({128, 0.5, 0, 400}, {64, -0.5, 0, 400});
+    expect_stretch(out, 100, 400, 0, 150);
+}
+
 TEST(StandIn, IsEmptyWhereTheViewsShareNothing)
 {
     EXPECT_TRUE(share_axis({64, 0, 0, 400}, {64, 2.5, 0, 400}).empty);

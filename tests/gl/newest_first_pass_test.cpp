@@ -1,0 +1,242 @@
+// A pass by itself: what it draws and leaves out of paths of which that can be counted.
+// No looks at the depths are taken but where a test wants them; what hangs on time is
+// left out so.
+#include "render/newest_first.hpp"
+#include "render/offscreen.hpp"
+#include "tests/gl/preview_rig.hpp"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+using namespace rig;
+using vimbo::path_vertex;
+
+constexpr int width = 256;
+constexpr int height = 64;
+constexpr std::int32_t no_limit = 1 << 30;
+
+// A vertex at a place in pixels, of which a 256th is a length.
+path_vertex at(double x, double y)
+{
+    return {static_cast<std::int32_t>(x * 256), static_cast<std::int32_t>(y * 128) * 2};
+}
+
+// In the middle of a pixel: lines from there to there cover nothing for certain, so that
+// none of them is ever hidden.
+const path_vertex spot = at(100.5, 30.5);
+
+// The ends of a line through a row: there and back, they cover it.
+path_vertex row_end(int number)
+{
+    return number % 2 == 0 ? at(2.25, 10.4) : at(249.95, 10.4);
+}
+
+class NewestFirstPass : public preview_rig
+{
+protected:
+    NewestFirstPass()
+    {
+        vimbo::path_matrix matrix = {};
+        matrix.element[0] = static_cast<GLfloat>(vimbo::largest_length * 2 / (256.0 * width));
+        matrix.element[5] = static_cast<GLfloat>(vimbo::largest_length * 2 / (256.0 * height));
+        matrix.element[12] = matrix.element[13] = -1;
+        matrix.element[15] = 1;
+        target = project(matrix, {0, 0, width, height}, false, vimbo::driver_grid());
+        vimbo::fit_offscreen(picture, width, height);
+        pass->looks.look_after = no_limit;
+    }
+
+    ~NewestFirstPass() override
+    {
+        vimbo::delete_offscreen(picture);
+    }
+
+    // A path of so many vertices, the i-th of them as told, but the first, which is the
+    // tray's centre; in chunks of that length.
+    template <typename Vertex>
+    void make_path(std::int32_t count, std::int32_t chunk_vertices, Vertex vertex)
+    {
+        std::vector<path_vertex> points;
+        for (std::int32_t i = 1; i < count; ++i)
+            points.push_back(vertex(i));
+        load(points);
+        fit_chunks(*chunks, mosaic);
+        chunks->chunk_vertices = chunk_vertices;
+        while (!are_boxed(*chunks, mosaic))
+            box_stretch(*chunks, mosaic);
+    }
+
+    void begin(std::int32_t first = 0)
+    {
+        glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+        vimbo::begin_area(target.area);
+        vimbo::clear_picture();
+        begin_newest_first(*pass, target, first, mosaic.mosaic_vertex_count);
+        vimbo::end_area();
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
+
+    std::int32_t draw(std::int32_t most = no_limit)
+    {
+        glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+        vimbo::begin_area(target.area);
+        const std::int32_t drawn =
+            draw_newest(*pass, target, *chunks, parts(), most, vertices_per_second);
+        vimbo::end_area();
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+        return drawn;
+    }
+
+    void draw_all()
+    {
+        constexpr int most_batches = 100000;
+        for (int i = 0; i < most_batches && pass->under_way; ++i)
+            draw();
+        EXPECT_FALSE(pass->under_way) << "a pass without an end";
+    }
+
+    static constexpr double vertices_per_second = 1e6;
+    vimbo::offscreen picture = {};
+    vimbo::path_projection target = {};
+    const std::unique_ptr<vimbo::newest_first> pass = std::make_unique<vimbo::newest_first>();
+    const std::unique_ptr<vimbo::path_chunks> chunks = std::make_unique<vimbo::path_chunks>();
+};
+
+TEST_F(NewestFirstPass, DrawsTheNewestSixteenOfLinesThatLieOverEachOther)
+{
+    make_path(64 * 20, 64, row_end);
+    begin(64); // without the line from the centre
+    EXPECT_EQ(draw(), 16);
+    EXPECT_FALSE(pass->under_way);
+    EXPECT_EQ(pass->drawn, 16);
+    EXPECT_EQ(pass->batches, 1);
+    EXPECT_EQ(pass->in_view, 64 * 19);
+    EXPECT_EQ(pass->hidden, 64 * 19 - 16);
+    EXPECT_EQ(pass->looks.spared, 0) << "they were hidden without a look";
+    EXPECT_EQ(pass->looks.unseen, 16);
+    EXPECT_EQ(pass->looks.touched.left, 2);
+    EXPECT_EQ(pass->looks.touched.right, 249);
+    EXPECT_EQ(pass->looks.touched.bottom, 10);
+    EXPECT_EQ(pass->looks.touched.top, 10);
+}
+
+TEST_F(NewestFirstPass, BeginsWithNothingDrawnAndTakesThePathToHideItself)
+{
+    make_path(64 * 3000, 64, [](std::int32_t) { return spot; });
+    begin();
+    EXPECT_TRUE(pass->covers_itself);
+    draw_all();
+    EXPECT_FALSE(pass->covers_itself) << "nothing of it is hidden";
+    EXPECT_EQ(pass->drawn, 64 * 3000);
+    EXPECT_EQ(pass->in_view, 64 * 3000 - 2 * 65536) << "counted again after each stretch";
+    EXPECT_EQ(pass->hidden, 0);
+    begin(5);
+    EXPECT_TRUE(pass->under_way);
+    EXPECT_TRUE(pass->covers_itself);
+    EXPECT_EQ(pass->first, 5);
+    EXPECT_EQ(pass->undrawn, 64 * 3000);
+    EXPECT_EQ(pass->drawn, 0);
+    EXPECT_EQ(pass->batches, 0);
+    EXPECT_EQ(pass->in_view, 0);
+    EXPECT_EQ(pass->looks.unseen, 0);
+}
+
+TEST_F(NewestFirstPass, EndsABatchWithTheChunkThatMakesItLongEnough)
+{
+    make_path(64 * 100, 64, [](std::int32_t) { return spot; });
+    begin();
+    EXPECT_EQ(draw(1024), 1024);
+    EXPECT_EQ(pass->undrawn, 64 * 100 - 1024);
+    EXPECT_EQ(draw(1025), 1024 + 64);
+    EXPECT_EQ(pass->undrawn, 64 * 100 - 1024 - 1088);
+    EXPECT_EQ(pass->batches, 2);
+    EXPECT_EQ(pass->runs.used, 1) << "chunks that touch are drawn as one";
+}
+
+// Of each chunk's eight parts the last is a row's, that of the newest hides all others; the
+// one before it comes from elsewhere, and the rest stays there.
+path_vertex row_at_chunks_end(std::int32_t i)
+{
+    return i % 128 < 96 ? spot : row_end(i);
+}
+
+TEST_F(NewestFirstPass, LooksIntoEveryEighthChunkOnlyWhereLittleIsHidden)
+{
+    make_path(128 * 1000, 128, row_at_chunks_end);
+    begin();
+    draw_all();
+    // Of the first 65536 vertices all chunks, from then on one of eight.
+    constexpr int looked_into = 510 + 1 + 61;
+    EXPECT_EQ(pass->drawn, 128 + looked_into * 112 + (999 - looked_into) * 128);
+    EXPECT_FALSE(pass->covers_itself);
+}
+
+TEST_F(NewestFirstPass, EndsABatchWhereItHasManyPieces)
+{
+    make_path(128 * 1000, 128, row_at_chunks_end);
+    begin();
+    EXPECT_EQ(draw(), 128 + 511 * 112) << "that are 512 pieces";
+    EXPECT_EQ(pass->runs.used, 512);
+    EXPECT_TRUE(pass->under_way);
+}
+
+TEST_F(NewestFirstPass, LooksIntoEveryChunkWhereMoreThanAQuarterIsHidden)
+{
+    // Three of eight parts are hidden.
+    make_path(128 * 1000, 128, [](std::int32_t i) { return i % 128 < 64 ? spot : row_end(i); });
+    begin();
+    draw_all();
+    EXPECT_TRUE(pass->covers_itself);
+    EXPECT_EQ(pass->drawn, 1000 * 80 + 16);
+}
+
+TEST_F(NewestFirstPass, GoesPastWhatLiesBesideTheView)
+{
+    // The newest and the oldest lines are seen; between them are whole groups of chunks,
+    // and parts of one, that are not.
+    constexpr std::int32_t group = 64 * 16;
+    make_path(group * 10, 16, [](std::int32_t i) {
+        const bool seen = i < 40 || i >= group * 10 - 8;
+        return seen ? spot : at(100.5, 300);
+    });
+    begin();
+    EXPECT_EQ(draw(), 16 + 48) << "the lines between are beside the view";
+    EXPECT_FALSE(pass->under_way);
+    EXPECT_EQ(pass->in_view, 16 + 48);
+}
+
+TEST_F(NewestFirstPass, LooksAtTheDepthsAfterSoManyVertices)
+{
+    make_path(64 * 100, 64, [](std::int32_t) { return spot; });
+    pass->looks.look_after = 200;
+    begin();
+    EXPECT_EQ(draw(), 256) << "no more than that many before a look";
+    EXPECT_EQ(pass->looks.unseen, 0) << "no look was taken";
+    EXPECT_EQ(pass->looks.touched.right, -1);
+    pass->looks.look_after = no_limit;
+    EXPECT_EQ(draw(100), 128);
+    EXPECT_EQ(pass->looks.unseen, 128) << "a look was taken before it was due";
+}
+
+TEST_F(NewestFirstPass, LeavesOutWhatALookHasSeenAndCountsThat)
+{
+    // Many lines that leave their pixel open, and one pixel that they all lie in.
+    make_path(64 * 100, 64,
+              [](std::int32_t i) { return i % 2 == 0 ? at(100.5, 30.5) : at(101.5, 30.5); });
+    pass->looks.look_after = 128;
+    begin(64);
+    EXPECT_EQ(draw(), 128);
+    EXPECT_EQ(pass->looks.unseen, 0);
+    pass->looks.look_after = no_limit;
+    EXPECT_EQ(draw(), 0) << "they are covered, as the depths tell";
+    EXPECT_EQ(pass->hidden, 64 * 97);
+    EXPECT_EQ(pass->looks.spared, 64 * 97);
+    EXPECT_FALSE(pass->under_way);
+}
+
+} // namespace
