@@ -66,7 +66,6 @@ void replay_bar(const frame_state &frame, preview_state &preview)
 void preview_panel(frame_state &frame, preview_state &preview)
 {
     nk_context *context = frame.context;
-    frame.frame_flags &= ~frame_flag::preview_laid_out;
     if (nk_group_begin(context, "Preview",
                        NK_WINDOW_BORDER | NK_WINDOW_NO_SCROLLBAR | NK_WINDOW_TITLE) == 0)
         return;

@@ -343,6 +343,33 @@ TEST_F(MainLoop, DrawsOnAtAPictureThatIsNotWholeInsteadOfWaiting)
     EXPECT_GT(count(mark), 100);
 }
 
+TEST_F(MainLoop, DrawsSlicesBetweenTwoFramesForATwentyFifthOfASecond)
+{
+    write_marks();
+    show_lower_row();
+    app->frame.ui_flags |= vimbo::ui_flag::preview_shown;
+    // What is left of the picture at each frame, where a slice is sixteen vertices and
+    // takes so long.
+    const auto left_at_frames = [&](double slice) {
+        app->picture.pace.vertices_per_second = 1; // nothing fits into a frame
+        app->picture.pass_pace.slice_vertices = 1;
+        app->preview.zoom /= 2; // another picture
+        clock_step = slice;
+        frames = 0;
+        glfwSetWindowShouldClose(window, GLFW_FALSE);
+        std::vector<std::int32_t> left;
+        run([&](int frame) {
+            if (frame > 0)
+                left.push_back(app->picture.pass.undrawn);
+            return frame > 0 && !vimbo::is_unfinished(app->picture);
+        });
+        return left;
+    };
+    EXPECT_EQ(left_at_frames(0.001), (std::vector<std::int32_t>{0}));
+    EXPECT_EQ(left_at_frames(0.015), (std::vector<std::int32_t>{176, 128, 80, 32, 0}));
+    EXPECT_EQ(left_at_frames(0.03), (std::vector<std::int32_t>{192, 160, 128, 96, 64, 32, 0}));
+}
+
 TEST_F(MainLoop, DrawsAnExposedWindowAnew)
 {
     run([&](int frame) {

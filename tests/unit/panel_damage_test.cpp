@@ -103,6 +103,29 @@ TEST(PanelsDamage, IsOneShapeWhereOneIsAddedOrGone)
     expect_rect(damage_between(without, with), 99, 99, 111, 121);
 }
 
+TEST(PanelsDamage, IsAllOfManyShapesThatAreAddedOrGoneAndNothingElse)
+{
+    const auto frame_with = [](int more) {
+        return [more](nk_command_buffer *canvas) {
+            fill(canvas, 50, 50);
+            for (int i = 0; i < more; ++i)
+                fill(canvas, 100, static_cast<float>(100 + i));
+            fill(canvas, 600, 600);
+            fill(canvas, 700, 600);
+            fill(canvas, 800, 600);
+        };
+    };
+    const drawn_frame without(frame_with(0));
+    for (const int more : {1, 2, 23, 24, 25, 47, 48}) {
+        const drawn_frame with(frame_with(more));
+        expect_rect(damage_between(with, without), 99, 99, 111, 120 + more);
+        expect_rect(damage_between(without, with), 99, 99, 111, 120 + more);
+    }
+    const drawn_frame with_too_many(frame_with(49));
+    EXPECT_EQ(damage_between(with_too_many, without).right, 811) << "it was looked on and on";
+    EXPECT_EQ(damage_between(without, with_too_many).right, 811) << "it was looked on and on";
+}
+
 TEST(PanelsDamage, HoldsShapesThatCameInAnotherOrder)
 {
     const drawn_frame before([](nk_command_buffer *canvas) {

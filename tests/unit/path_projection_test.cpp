@@ -75,6 +75,32 @@ TEST(PathProjection, HoldsItsVerticesAsADriverRoundsThem)
     EXPECT_NEAR(rounding_of(path_box{0, 0, 0, 0}, projection), 378.5 - box.left, 1e-9);
 }
 
+TEST(PathProjection, TellsHowFarADriversPrecisionMayBeOff)
+{
+    constexpr double grid = 1.0 / 256;
+    constexpr double precision = 1.0 / (1 << 20);
+    constexpr double last_sum = 1.0 / (1 << 23);
+    constexpr std::int32_t far = 40000000;
+    const path_projection projection = projection_of(2, 0.5F, -0.25F, false, grid);
+    const GLfloat *m = projection.matrix.element;
+    const auto off = [&](double scale, double shift, double half, double end, double length) {
+        return (length * scale / 2147483647 + std::fabs(shift)) * half * precision +
+               end * last_sum + 0.6 * grid;
+    };
+    for (const std::int32_t length : {0, far, -far}) {
+        const pixel_box box = pixels_of(path_box{length, length, length, length}, projection);
+        const double x = off(m[0], 0.5, 378.5, 17 + 757, std::fabs(length));
+        const double y = off(m[5], -0.25, 250, 23 + 500, std::fabs(length));
+        EXPECT_NEAR((box.right - box.left) / 2, x, 1e-9) << length;
+        EXPECT_NEAR((box.top - box.bottom) / 2, y, 1e-9) << length;
+        EXPECT_NEAR(rounding_of(path_box{length, length, length, length}, projection),
+                    std::max(x, y), 1e-9);
+    }
+    // Of a box, the vertex that is farther away from the path's centre decides.
+    for (const path_box &box : {path_box{-far, 0, 5, 0}, {-5, 0, far, 0}})
+        EXPECT_NEAR(rounding_of(box, projection), off(m[0], 0.5, 378.5, 17 + 757, far), 1e-9);
+}
+
 TEST(PathProjection, LeavesOutOnlyWhatNoLineOfCanBeSeen)
 {
     std::mt19937 random(4);
