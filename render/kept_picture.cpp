@@ -232,7 +232,6 @@ bool want_picture(kept_picture &kept, const picture_view &view, std::int32_t ver
         delete_offscreen(kept.stand_in);
         return false;
     }
-    finish_picture(kept);
     return true;
 }
 

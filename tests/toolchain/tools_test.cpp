@@ -363,7 +363,7 @@ TEST_F(Plimb, CountsADirectionBetweenTwoBinsToTheUpperOne)
 TEST_F(Plimb, CountsADirectionToTheBinWithinWhoseEdgesItLies)
 {
     // Of each bin one mark close to its lower edge, one in its middle, one close to its
-    // upper edge; of another length in each.
+    // upper edge; in each of another length: 1 + 2 + … + 16 = 136.
     constexpr double step = 1000000;
     constexpr double width = std::numbers::pi / 8;
     std::vector<vimbo::path_vertex> points = {{0, 1}};
@@ -379,8 +379,7 @@ TEST_F(Plimb, CountsADirectionToTheBinWithinWhoseEdgesItLies)
     const std::vector<double> figures = numbers_of(measure(mosaic_bytes(points)).output);
     ASSERT_EQ(figures.size(), 50U);
     for (std::size_t bin = 0; bin < 16; ++bin)
-        EXPECT_NEAR(figures[32 + bin], static_cast<double>(bin + 1) / (16 * 17 / 2), 1e-5)
-            << "bin " << bin;
+        EXPECT_NEAR(figures[32 + bin], static_cast<double>(bin + 1) / 136, 1e-5) << "bin " << bin;
 }
 
 TEST_F(Plimb, TellsTheDirectionOfTheShortestMoves)
