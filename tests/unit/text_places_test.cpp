@@ -97,6 +97,16 @@ TEST(TextPlaces, FindsTheWordOrTheOtherCharactersAroundAByte)
         expect_at(at, 17, 18);
 }
 
+TEST(TextPlaces, AWordHoldsEveryByteOfItsCharactersBeyondAscii)
+{
+    // Their bytes lie at both ends of what is beyond ASCII.
+    constexpr std::string_view text = "(a\u00C0\u00FF\U0010FFFFb)";
+    for (std::size_t at = 1; at + 1 < text.size(); ++at) {
+        EXPECT_EQ(word_at(text, at).first, 1U) << at;
+        EXPECT_EQ(word_at(text, at).last, text.size() - 1) << at;
+    }
+}
+
 TEST(TextPlaces, AnEmptyTextHasNeitherWordNorLine)
 {
     EXPECT_EQ(word_at("", 0).last, 0U);
