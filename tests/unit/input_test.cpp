@@ -183,6 +183,20 @@ TEST_F(Input, CountsAsDragWhatThePointerMovesBetweenPressAndReleaseAndNothingEls
     EXPECT_EQ(dragged, 100);
 }
 
+TEST_F(Input, KeepsOfMotionsThatFollowEachOtherTheLast)
+{
+    for (const float x : {10.0F, 20.0F, 30.0F}) {
+        motion(x, 20);
+        EXPECT_EQ(queue->count, 1U);
+    }
+    button(true, 30, 20);
+    motion(40, 20);
+    motion(50, 20);
+    EXPECT_EQ(queue->count, 3U);
+    layout();
+    EXPECT_EQ(context.input.mouse.pos.x, 30);
+}
+
 TEST_F(Input, LeavesAClickBehindTextForTheNextLayout)
 {
     type("a");
