@@ -90,11 +90,11 @@ TEST_F(Clipboard, PastesLatin1WhereThereIsNoUtf8)
 {
     start_and_paste();
     put({.text = "10 \xB5m, \xFC"
-                 "ber",
+                 "ber \x80\xBF\xC0\xFF",
          .kind = "STRING"});
     paste();
-    screen->type(U"..");
-    EXPECT_EQ(evaluated_text(), "here: 10 µm, über") << "two bytes are cut at the end";
+    screen->type(U"......");
+    EXPECT_EQ(evaluated_text(), "here: 10 µm, über \u0080¿Àÿ") << "six bytes are cut at the end";
     expect_good_end();
 }
 
