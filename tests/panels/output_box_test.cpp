@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -151,6 +153,14 @@ TEST_P(OutputBox, ShowsTheLastLineOfARun)
         run(lines);
         EXPECT_TRUE(shows("Status: ok.")) << lines;
     }
+}
+
+TEST_F(OutputBox, EndsWithTheEmptyRowBehindTheLastLineAsItsLastRow)
+{
+    run(200);
+    const auto feeds = static_cast<float>(std::ranges::count(text(), '\n'));
+    // Of 450 pixels the frame and what it leaves free take five on either side.
+    EXPECT_EQ(panels.app().evaluation.output_box.edit.scrollbar.y, (feeds + 1) * 18 - 440);
 }
 
 TEST_P(OutputBox, GoesToTheEndsOfItsTextAtOnce)

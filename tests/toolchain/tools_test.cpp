@@ -227,6 +227,19 @@ TEST_F(Mero, PutsItsMosaicInPlaceAtOnceWithTheUsersPermissions)
               perms::owner_read | perms::owner_write | perms::group_read);
 }
 
+TEST_F(Mero, MakesMosaicsThatTheUserLetsOthersReadButNobodyRun)
+{
+    write_file(place.file("source"), square);
+    EXPECT_EQ(run("umask 0; exec " VIMBO_MERO " -s 35 " + place.file("source") + ' ' +
+                  place.file("0.mmv"))
+                  .status,
+              0);
+    using std::filesystem::perms;
+    EXPECT_EQ(std::filesystem::status(place.file("0.mmv")).permissions(),
+              perms::owner_read | perms::owner_write | perms::group_read | perms::group_write |
+                  perms::others_read | perms::others_write);
+}
+
 TEST_F(Mero, LeavesTheOldMosaicAfterAnError)
 {
     write_file(place.file("0.mmv"), "old");

@@ -75,6 +75,17 @@ TEST_F(PastedText, GoesInAtTheCursorWhichThenStandsBehindIt)
     EXPECT_EQ(edit.cursor, 4);
 }
 
+TEST_F(PastedText, GoesInAtEitherEndOfTheText)
+{
+    edit.cursor = 0;
+    vimbo::paste_text(edit, "X");
+    EXPECT_EQ(text(), "Xabcd");
+    edit.cursor = 5;
+    vimbo::paste_text(edit, "Y");
+    EXPECT_EQ(text(), "XabcdY");
+    EXPECT_EQ(edit.cursor, 6);
+}
+
 TEST_F(PastedText, TakesThePlaceOfTheSelection)
 {
     edit.select_start = 1;

@@ -380,6 +380,21 @@ TEST_F(FontFile, IsRefusedWithoutAUnicodeMapOfAKnownFormat)
     }
 }
 
+TEST_F(FontFile, IsAcceptedWithAMapOfEachFormatThatIsKnownAndOfNoOther)
+{
+    const table &cmap = table_of("cmap");
+    for (std::uint32_t format = 0; format <= 16; ++format) {
+        std::string changed = whole;
+        for (std::size_t i = 0; i < number_at(whole, cmap.offset + 2, 2); ++i)
+            put_number(changed, cmap.offset + number_at(whole, cmap.offset + 8 + 8 * i, 4), format,
+                       2);
+        set_checksum(changed, cmap);
+        const bool known =
+            format == 0 || format == 4 || format == 6 || format == 12 || format == 13;
+        EXPECT_EQ(is_taken(changed), known) << "format " << format;
+    }
+}
+
 TEST_F(FontFile, IsAcceptedWithItsOneUnicodeMapBehindOthers)
 {
     const table &cmap = table_of("cmap");

@@ -142,8 +142,8 @@ TEST(PathProjection, LeavesOutNothingUpToTheViewsEdgesAndLittleOnlyBeyond)
         const GLfloat *m = projection.matrix.element;
         const path_box seen = lengths_in(projection);
         // Two pixels, and what single precision may be off by.
-        const double beyond_x = 1 + 4.01 / 757 + std::fabs(m[12]) * 4e-6;
-        const double beyond_y = 1 + 4.01 / 500 + std::fabs(m[13]) * 4e-6;
+        const double beyond_x = 1 + 4.0 / 757 + (1 + std::fabs(m[12])) * 1.91e-6;
+        const double beyond_y = 1 + 4.0 / 500 + (1 + std::fabs(m[13])) * 1.91e-6;
         EXPECT_LE(seen.left, edge_of(m[0], m[12], -1));
         EXPECT_GE(seen.right, edge_of(m[0], m[12], 1));
         EXPECT_LE(seen.bottom, edge_of(m[5], m[13], -1));
