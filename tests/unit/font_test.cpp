@@ -8,8 +8,10 @@
 
 #include <cmath>
 #include <cstring>
+#include <iterator>
 #include <random>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace
