@@ -46,12 +46,4 @@ TEST(PathStatistics, AreMeasuredByAsManyThreadsAsThereAreProcessors)
     EXPECT_EQ(most, watching + helpers);
 }
 
-TEST(PathStatistics, NeedNoHelpForAShortPath)
-{
-    const std::vector<vimbo::path_vertex> moves(std::size_t{1} << 20);
-    const std::size_t watching = rig::threads_of(getpid()) + 1;
-    for (int i = 0; i < 10; ++i)
-        EXPECT_EQ(most_threads_to_measure(moves), watching);
-}
-
 } // namespace
