@@ -83,6 +83,7 @@ protected:
     }
 
     const scratch_directory place;
+    const std::string sources = place.file("src");
     const tool_path tools;
     panel_rig panels;
 };
@@ -188,7 +189,6 @@ TEST_F(Contract, OfButtonsAndListsIsTheirSize)
 {
     for (const char *name : {"src/a", "src/b"})
         write_file(place.file(name), "");
-    const std::string sources = place.file("src");
     panels.app().bar.source_directory = sources.c_str();
     panels.app().frame.ui_flags = vimbo::ui_flag::stats_shown;
     vimbo::initialise_panels(panels.app());
@@ -225,7 +225,6 @@ TEST_F(Contract, OfALongListIsThatItEndsAndScrolls)
 {
     for (int i = 0; i < 60; ++i)
         write_file(place.file("src/" + std::to_string(1000 + i)), "");
-    const std::string sources = place.file("src");
     panels.app().bar.source_directory = sources.c_str();
     vimbo::initialise_panels(panels.app());
     panels.click("--");
