@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <fstream>
 #include <thread>
 
 namespace
@@ -92,6 +93,24 @@ TEST_F(MoveList, HandsEveryMoveOnInItsOrder)
     EXPECT_EQ(taken, count);
     EXPECT_EQ(moves.move_count(), count);
     EXPECT_EQ(moves.mark_count(), count);
+}
+
+// Of this process, in pages.
+std::size_t address_space()
+{
+    std::size_t pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    return pages;
+}
+
+TEST(MoveListsMemory, IsGivenBackWithTheList)
+{
+    const std::size_t before = address_space();
+    {
+        const move_list moves(move_use::kept);
+        EXPECT_GT(address_space(), before + 100000) << "it is reserved at once";
+    }
+    EXPECT_LT(address_space(), before + 1000);
 }
 
 } // namespace
