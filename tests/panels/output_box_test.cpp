@@ -42,6 +42,11 @@ protected:
         std::string output;
         for (int line = 1; line <= lines; ++line)
             output += std::to_string(line) + " of them\\n";
+        run_that_says(output);
+    }
+
+    void run_that_says(const std::string &output)
+    {
         tools.put("mero", "say '" + output + '\'');
         panels.click("Evaluate");
         ASSERT_TRUE(wait_until([&] {
@@ -297,13 +302,7 @@ protected:
 
 TEST_F(NamedLine, IsGoneToByADoubleClickOnItsMessage)
 {
-    tools.put("mero", "say 'source:90: unexpected symbol\\nnone\\n'");
-    panels.click("Evaluate");
-    ASSERT_TRUE(wait_until([&] {
-        panels.frame();
-        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
-    }));
-    panels.frame();
+    run_that_says("source:90: unexpected symbol\\nnone\\n");
     EXPECT_FALSE(panels.find("line 90"));
     double_click("source:90:");
     EXPECT_TRUE(panels.find("line 90")) << "it is in view";
@@ -317,13 +316,7 @@ TEST_F(NamedLine, IsThatUnderThePointerWhereTheBoxIsScrolled)
     std::string output;
     for (int line = 1; line <= 99; ++line)
         output += "source:" + std::to_string(line) + ": wrong\\n";
-    tools.put("mero", "say '" + output + '\'');
-    panels.click("Evaluate");
-    ASSERT_TRUE(wait_until([&] {
-        panels.frame();
-        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
-    }));
-    panels.frame();
+    run_that_says(output);
     ASSERT_FALSE(panels.find("source:1: wrong"));
     double_click("source:90:");
     EXPECT_EQ(typed_into(), "Xline 90");
@@ -331,13 +324,7 @@ TEST_F(NamedLine, IsThatUnderThePointerWhereTheBoxIsScrolled)
 
 TEST_F(NamedLine, IsTheLastOneWhereThereAreNotSoMany)
 {
-    tools.put("mero", "say 'source:5000: unexpected symbol\\n'");
-    panels.click("Evaluate");
-    ASSERT_TRUE(wait_until([&] {
-        panels.frame();
-        return !has_flag(panels.app().frame.ui_flags, vimbo::ui_flag::eval_running);
-    }));
-    panels.frame();
+    run_that_says("source:5000: unexpected symbol\\n");
     double_click("source:5000:");
     EXPECT_TRUE(panels.find("line 100"));
     EXPECT_EQ(typed_into(), "X");

@@ -26,6 +26,26 @@ struct nk_rect tooltip_of(const panel_rig &panels)
     return found;
 }
 
+// Two columns, each of the value.
+void show_chart(panel_rig &panels)
+{
+    vimbo::app_state &app = panels.app();
+    app.frame.ui_flags |= vimbo::ui_flag::stats_shown;
+    app.statistics.stats_chart = 2;
+    std::ranges::fill(app.statistics.run.stats_moves, 0.25F);
+    panels.frame();
+    panels.frame();
+}
+
+// With the pointer there.
+struct nk_rect tooltip_at(panel_rig &panels, point pointer)
+{
+    panels.move(pointer);
+    panels.frame();
+    panels.frame();
+    return tooltip_of(panels);
+}
+
 class TooltipAt : public testing::TestWithParam<int> // the window's height
 {
 };
@@ -38,21 +58,10 @@ TEST(Tooltip, LiesBesideThePointerAndIsMovedNoFartherThanTheWindowsEdgesWant)
     constexpr int width = 640;
     constexpr int height = 470;
     panel_rig panels(width, height);
-    vimbo::app_state &app = panels.app();
-    app.frame.ui_flags |= vimbo::ui_flag::stats_shown;
-    app.statistics.stats_chart = 2;
-    std::ranges::fill(app.statistics.run.stats_moves, 0.25F);
-    panels.frame();
-    panels.frame();
-    const auto tooltip_at = [&](point at) {
-        panels.move(at);
-        panels.frame();
-        panels.frame();
-        return tooltip_of(panels);
-    };
+    show_chart(panels);
     // With its frame it is 82 wide and 38 high; a line and a pixel of that lie outside.
     const auto expect_at = [&](point pointer, float x, float y) {
-        const struct nk_rect box = tooltip_at(pointer);
+        const struct nk_rect box = tooltip_at(panels, pointer);
         EXPECT_EQ(box.x, x + 1) << "with the pointer at " << pointer.x << ", " << pointer.y;
         EXPECT_EQ(box.y, y + 2) << "with the pointer at " << pointer.x << ", " << pointer.y;
     };
@@ -69,19 +78,11 @@ TEST_P(TooltipAt, EveryPlaceOfAChartLiesInTheWindow)
 {
     constexpr int width = 640;
     panel_rig panels(width, GetParam());
-    vimbo::app_state &app = panels.app();
-    app.frame.ui_flags |= vimbo::ui_flag::stats_shown;
-    app.statistics.stats_chart = 2;
-    std::ranges::fill(app.statistics.run.stats_moves, 0.25F);
-    panels.frame();
-    panels.frame();
+    show_chart(panels);
     int seen = 0;
     for (int x = width / 2; x < width; x += 7)
         for (int y = 300; y < std::min(GetParam(), 510); y += 3) {
-            panels.move({x, y});
-            panels.frame();
-            panels.frame();
-            const struct nk_rect box = tooltip_of(panels);
+            const struct nk_rect box = tooltip_at(panels, {x, y});
             if (box.w == 0)
                 continue;
             ++seen;

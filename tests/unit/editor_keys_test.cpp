@@ -1,6 +1,7 @@
 // The keys that move the cursor, on a text without a window around it.
 #include "sources/editor_keys.hpp"
 
+#include "tests/support/even_font.hpp"
 #include "ui/take_key.hpp"
 #include "ui/utf8.hpp"
 
@@ -18,11 +19,6 @@ class EditorKeys : public testing::Test
 protected:
     EditorKeys()
     {
-        font.height = 16;
-        font.width = [](nk_handle, float, const char *text, int length) {
-            return 8.0F *
-                   static_cast<float>(character_count({text, static_cast<std::size_t>(length)}));
-        };
         context.style.font = &font;
     }
 
@@ -53,7 +49,7 @@ protected:
     static constexpr int page = 2;
     char memory[64] = {};
     nk_context context = {};
-    nk_user_font font = {};
+    nk_user_font font = rig::even_font();
     nk_text_edit edit = {};
 };
 

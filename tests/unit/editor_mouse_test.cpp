@@ -2,6 +2,7 @@
 #include "sources/editor_mouse.hpp"
 
 #include "sources/text_file.hpp"
+#include "tests/support/even_font.hpp"
 #include "ui/input_queue.hpp"
 #include "ui/utf8.hpp"
 
@@ -16,7 +17,7 @@ namespace
 
 using namespace vimbo;
 
-constexpr float glyph = 8;
+constexpr float glyph = rig::even_glyph;
 constexpr float row = 18;
 
 class EditorMouse : public testing::Test
@@ -24,11 +25,6 @@ class EditorMouse : public testing::Test
 protected:
     EditorMouse()
     {
-        font.height = 16;
-        font.width = [](nk_handle, float, const char *text, int length) {
-            return glyph *
-                   static_cast<float>(character_count({text, static_cast<std::size_t>(length)}));
-        };
         nk_init_default(&context, &font);
         set("");
     }
@@ -115,7 +111,7 @@ protected:
     static constexpr float box_height = 200;
     char memory[source_capacity] = {};
     nk_context context = {};
-    nk_user_font font = {};
+    nk_user_font font = rig::even_font();
     nk_text_edit edit = {};
     editor_view view = {};
     editor_mouse mouse = {};

@@ -1,6 +1,7 @@
 // What of its text an edit box shows, in measures that can be worked out by hand.
 #include "sources/editor_view.hpp"
 
+#include "tests/support/even_font.hpp"
 #include "ui/utf8.hpp"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@ namespace
 
 using namespace vimbo;
 
-constexpr float glyph = 8;
+constexpr float glyph = rig::even_glyph;
 constexpr float row = 18;
 
 class EditorView : public testing::Test
@@ -21,11 +22,6 @@ class EditorView : public testing::Test
 protected:
     EditorView()
     {
-        font.height = 16;
-        font.width = [](nk_handle, float, const char *text, int length) {
-            return glyph *
-                   static_cast<float>(character_count({text, static_cast<std::size_t>(length)}));
-        };
         nk_init_default(&context, &font);
         nk_style_edit &style = context.style.edit;
         style.padding = nk_vec2(3, 5);
@@ -63,7 +59,7 @@ protected:
 
     char memory[4096] = {};
     nk_context context = {};
-    nk_user_font font = {};
+    nk_user_font font = rig::even_font();
     nk_text_edit edit = {};
     // Four rows of ten characters.
     editor_view view = {{}, {100, 200, 10 * glyph, 4 * row}, 190, row, 4};

@@ -1,7 +1,7 @@
 #include "sources/text_places.hpp"
 
+#include "tests/support/even_font.hpp"
 #include "ui/nuklear.hpp"
-#include "ui/utf8.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,17 +11,7 @@ namespace
 {
 
 using namespace vimbo;
-
-// Each character is 8 pixels wide.
-nk_user_font even_font()
-{
-    nk_user_font font = {};
-    font.height = 16;
-    font.width = [](nk_handle, float, const char *text, int length) {
-        return 8.0F * static_cast<float>(character_count({text, static_cast<std::size_t>(length)}));
-    };
-    return font;
-}
+using rig::even_font;
 
 TEST(TextPlaces, FindsTheStartOfALineFromAnyByteOfIt)
 {
