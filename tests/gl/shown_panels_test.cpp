@@ -30,10 +30,11 @@ protected:
         nk_glfw3_shutdown();
     }
 
-    void show(const std::string &text)
+    void show(const std::string &text, const struct nk_rect &bounds = nk_rect(0, 0, 300, 200))
     {
         nk_glfw3_new_frame();
-        if (nk_begin(context, "panel", nk_rect(0, 0, 300, 200), NK_WINDOW_BORDER) != 0) {
+        nk_window_set_bounds(context, "panel", bounds);
+        if (nk_begin(context, "panel", bounds, NK_WINDOW_BORDER) != 0) {
             nk_layout_row_dynamic(context, 20, 1);
             nk_label(context, text.c_str(), NK_TEXT_LEFT);
         }
@@ -71,6 +72,23 @@ TEST_F(ShownPanels, LieOverOneColourWhateverTheWindowHeldBefore)
         show(std::to_string(i));
         EXPECT_TRUE(alike(beside_the_panel(), grey)) << "frame " << i;
     }
+    vimbo::delete_offscreen(panels->copy);
+}
+
+TEST_F(ShownPanels, LeaveNothingWhereAPanelWasLarger)
+{
+    const auto pixel_at = [](int x, int y) {
+        unsigned char pixel[4] = {};
+        glReadPixels(x, window_height - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+        return colour{pixel[0], pixel[1], pixel[2]};
+    };
+    constexpr colour grey = {179, 179, 179};
+    show("text", nk_rect(0, 0, 160, 120));
+    show("text", nk_rect(0, 0, 160, 120));
+    EXPECT_FALSE(alike(pixel_at(140, 100), grey)) << "no panel";
+    show("text", nk_rect(0, 0, 100, 80));
+    EXPECT_FALSE(alike(pixel_at(90, 70), grey)) << "no panel";
+    EXPECT_TRUE(alike(pixel_at(140, 100), grey)) << "the larger panel's corner is still there";
     vimbo::delete_offscreen(panels->copy);
 }
 
