@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 namespace
 {
 
@@ -71,6 +73,15 @@ TEST_F(SlicePace, MakesSlicesNoMoreThanFourTimesLongerNorShorterThanItCanTell)
     end_batch(pace);
     end_slice(2000, 1000);
     EXPECT_EQ(pace.slice_vertices, 1024);
+}
+
+TEST_F(SlicePace, MakesSlicesNoLongerThanCanBeCounted)
+{
+    pace.batch_vertices = std::int64_t{1} << 50; // drawn in no time
+    pace.last_fence = glFenceSync(GL_SYNC_GPU_COMMANDS_COMPLETE, 0);
+    pace.batch_start = vimbo::pace_clock();
+    end_slice(1 << 30, 0);
+    EXPECT_EQ(pace.slice_vertices, 1 << 30);
 }
 
 } // namespace
