@@ -42,6 +42,14 @@ protected:
         vimbo::render_panels(frame_state, *panels);
     }
 
+    // Counted from the window's upper left corner.
+    static colour pixel_at(int x, int y)
+    {
+        unsigned char pixel[4] = {};
+        glReadPixels(x, window_height - 1 - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+        return {pixel[0], pixel[1], pixel[2]};
+    }
+
     nk_context *context = nk_glfw3_init(glfwGetCurrentContext(), NK_GLFW3_DEFAULT);
     vimbo::frame_state frame_state = {};
     std::unique_ptr<vimbo::shown_panels> panels = std::make_unique<vimbo::shown_panels>();
@@ -60,28 +68,36 @@ TEST_F(ShownPanels, AllocateNoMemoryForEachFrameThatDiffers)
 
 TEST_F(ShownPanels, LieOverOneColourWhateverTheWindowHeldBefore)
 {
-    const auto beside_the_panel = [] {
-        unsigned char pixel[4] = {};
-        glReadPixels(450, 20, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
-        return colour{pixel[0], pixel[1], pixel[2]};
-    };
     constexpr colour grey = {179, 179, 179};
     for (int i = 0; i < 3; ++i) {
         glClearColor(1, 0, 0, 1);
         glClear(GL_COLOR_BUFFER_BIT);
         show(std::to_string(i));
-        EXPECT_TRUE(alike(beside_the_panel(), grey)) << "frame " << i;
+        EXPECT_TRUE(alike(pixel_at(450, 420), grey)) << "frame " << i;
     }
+    vimbo::delete_offscreen(panels->copy);
+}
+
+TEST_F(ShownPanels, AreDrawnOnlyWhereTheyChange)
+{
+    constexpr colour red = {255, 0, 0};
+    show("a text");
+    show("a text");
+    ASSERT_TRUE(panels->copied);
+    glBindFramebuffer(GL_FRAMEBUFFER, panels->copy.framebuffer);
+    glClearColor(1, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    show("a text");
+    EXPECT_TRUE(alike(pixel_at(20, 20), red)) << "the same panel was drawn again";
+    show("another text");
+    EXPECT_TRUE(alike(pixel_at(450, 420), red)) << "what is beside the panel was drawn again";
+    EXPECT_FALSE(alike(pixel_at(20, 20), red)) << "the changed panel was not drawn";
     vimbo::delete_offscreen(panels->copy);
 }
 
 TEST_F(ShownPanels, LeaveNothingWhereAPanelWasLarger)
 {
-    const auto pixel_at = [](int x, int y) {
-        unsigned char pixel[4] = {};
-        glReadPixels(x, window_height - y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
-        return colour{pixel[0], pixel[1], pixel[2]};
-    };
     constexpr colour grey = {179, 179, 179};
     show("text", nk_rect(0, 0, 160, 120));
     show("text", nk_rect(0, 0, 160, 120));
@@ -104,9 +120,7 @@ TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
         }
         nk_end(context);
         vimbo::render_panels(frame_state, *panels);
-        unsigned char pixel[4] = {};
-        glReadPixels(60, window_height - 60, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
-        return colour{pixel[0], pixel[1], pixel[2]};
+        return pixel_at(60, 60);
     };
     constexpr colour red = {200, 0, 0};
     constexpr colour green = {0, 200, 0};
