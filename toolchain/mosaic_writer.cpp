@@ -19,8 +19,8 @@ mosaic_writer::mosaic_writer(const std::string &mosaic_path)
         return;
     }
     set_unfinished_file(temporary);
-    if (!write_header())
-        note_failure("cannot write ");
+    // For its place only; that the disk is full shows no sooner than when it is written again.
+    write_header();
 }
 
 mosaic_writer::~mosaic_writer()

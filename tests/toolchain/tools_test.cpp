@@ -513,6 +513,14 @@ TEST_F(Mero, GivesMemoryBackThatASourceHasDropped)
     EXPECT_LT(most_memory(), std::max(before + 1, 1000000L)) << "what was dropped is kept";
 }
 
+TEST_F(Mero, LetsOneTableOfASourceTakeHalfOfTheMemory)
+{
+    // It grows from 512 MiB to 1 GiB, of the 2 GiB that there are.
+    const std::string growing = "local t = {} for i = 1, 2 ^ 25 + 1 do t[i] = true end ";
+    const outcome result = evaluate("-S", growing + square);
+    EXPECT_EQ(result.status, 0) << result.output;
+}
+
 TEST_F(Mero, ReportsThatASourceTakesTooMuchMemory)
 {
     const outcome result = evaluate("-S", "string.rep('x', 0x7fffffff)");
