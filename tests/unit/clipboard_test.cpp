@@ -28,6 +28,12 @@ TEST_F(CopiedText, IsCountedInCharacters)
     EXPECT_STREQ(clipboard->text, "µm");
 }
 
+TEST_F(CopiedText, MayBeASingleCharacter)
+{
+    EXPECT_TRUE(copy("µm", 1));
+    EXPECT_STREQ(clipboard->text, "µ");
+}
+
 TEST_F(CopiedText, StaysWhenThereIsNothingToCopy)
 {
     copy("kept", 4);
