@@ -92,6 +92,14 @@ TEST_F(PastedText, GoesInAtEitherEndOfTheText)
     EXPECT_EQ(edit.cursor, 6);
 }
 
+TEST_F(PastedText, GoesInAtTheEndWhereTheCursorWasLeftBehindIt)
+{
+    edit.cursor = 99;
+    vimbo::paste_text(edit, "X");
+    EXPECT_EQ(text(), "abcdX");
+    EXPECT_EQ(edit.cursor, 5);
+}
+
 TEST_F(PastedText, TakesThePlaceOfTheSelection)
 {
     edit.select_start = 1;
