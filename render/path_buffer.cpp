@@ -14,8 +14,8 @@ void use_path_program(GLuint program, const path_matrix &matrix, GLuint vertex_a
     glBindVertexArray(vertex_array);
     glUseProgram(program);
     glUniformMatrix4fv(glGetUniformLocation(program, "m"), 1, GL_FALSE, matrix.element);
-    glUniform3fv(glGetUniformLocation(program, "klr"),
-                 static_cast<GLsizei>(std::size(colours.klr)), &colours.klr[0][0]);
+    glUniform3fv(glGetUniformLocation(program, "klr"), static_cast<GLsizei>(std::size(colours.klr)),
+                 &colours.klr[0][0]);
     glLineWidth(1.0F);
     glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
 }
