@@ -14,6 +14,7 @@ namespace
 constexpr std::int32_t most_chunks_at_once = 8192; // gone through for one batch
 constexpr int most_runs = path_run_capacity / 2;   // those of one chunk more fit
 constexpr std::int32_t part_vertices = 16;         // left out or drawn together, of a chunk
+constexpr std::int32_t stretch_of_parts = 64;      // looked at first, of a longer chunk
 static_assert(stretch_vertices / part_vertices <= path_run_capacity - most_runs,
               "chunks are not longer than a stretch");
 
@@ -86,17 +87,22 @@ bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
     return pass.covers_itself || chunk % some == 0;
 }
 
-// Adds a chunk's parts that can be seen to the batch: what they cover for certain is
-// covered from here on. Gives how many vertices they have.
-std::int32_t take_chunk(newest_first &pass, const path_projection &target,
+// From the vertex before a part: its first segment starts there.
+std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mosaic,
+                                      std::int32_t first, std::int32_t end)
+{
+    return vertices_between(pass.vertices, mosaic, std::max(first - 1, 0), end);
+}
+
+// Adds the parts that can be seen to the batch: what they cover for certain is covered
+// from here on. Gives how many vertices they have.
+std::int32_t take_parts(newest_first &pass, const path_projection &target,
                         const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
 {
     std::int32_t taken = 0;
     for (std::int32_t part_end = end; part_end > first; part_end -= part_vertices) {
         const std::int32_t part_first = std::max(part_end - part_vertices, first);
-        // From the vertex before: the first segment starts there.
-        const std::span<const path_vertex> strip =
-            vertices_between(pass.vertices, mosaic, std::max(part_first - 1, 0), part_end);
+        const std::span<const path_vertex> strip = strip_of(pass, mosaic, part_first, part_end);
         const path_box box = box_around(strip);
         const path_part part = part_of(pass, target, box, part_first, part_end);
         if (is_left_out(pass, part))
@@ -104,6 +110,23 @@ std::int32_t take_chunk(newest_first &pass, const path_projection &target,
         add_to_batch(pass, part);
         cover_crossed(pass.covered, strip, box, target);
         taken += part_end - part_first;
+    }
+    return taken;
+}
+
+// The same with all of a chunk. Of a hundred million lines of a spiral most are hidden, and
+// next to none of their chunks as a whole.
+std::int32_t take_chunk(newest_first &pass, const path_projection &target,
+                        const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
+{
+    if (end - first <= stretch_of_parts)
+        return take_parts(pass, target, mosaic, first, end);
+    std::int32_t taken = 0;
+    for (std::int32_t stretch_end = end; stretch_end > first; stretch_end -= stretch_of_parts) {
+        const std::int32_t stretch_first = std::max(stretch_end - stretch_of_parts, first);
+        const path_box box = box_around(strip_of(pass, mosaic, stretch_first, stretch_end));
+        if (!is_left_out(pass, part_of(pass, target, box, stretch_first, stretch_end)))
+            taken += take_parts(pass, target, mosaic, stretch_first, stretch_end);
     }
     return taken;
 }
