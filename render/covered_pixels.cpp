@@ -131,6 +131,11 @@ bool was_hidden(const covered_pixels &covered, const pixel_box &box, const pixel
     return is_covered(covered, covered.before, box, range);
 }
 
+bool are_covered(const covered_pixels &covered, int row, int first, int last)
+{
+    return are_set(covered.now + row_at(covered, row), first, last);
+}
+
 void cover_row(covered_pixels &covered, int row, int first, int last)
 {
     const std::size_t at = row_at(covered, row);

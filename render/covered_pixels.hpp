@@ -63,6 +63,9 @@ pixel_range range_of(const covered_pixels &covered, const pixel_box &box);
 bool is_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range);
 bool was_hidden(const covered_pixels &covered, const pixel_box &box, const pixel_range &range);
 
+/// True when the pixels of a row, from `first` to `last`, are covered.
+bool are_covered(const covered_pixels &covered, int row, int first, int last);
+
 /// Notes pixels of a row, from `first` to `last`, as covered now and before.
 void cover_row(covered_pixels &covered, int row, int first, int last);
 

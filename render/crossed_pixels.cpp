@@ -176,7 +176,80 @@ void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, dou
     cover_flat_line(covered, line_between(covered, start, end, off));
 }
 
+bool are_covered(const covered_pixels &covered, const flat_line &line, int row, int first, int last)
+{
+    first = std::max(first, 0);
+    last = std::min(last, (line.turned ? covered.height : covered.width) - 1);
+    if (first > last)
+        return true;
+    if (!line.turned)
+        return are_covered(covered, row, first, last);
+    for (int column = first; column <= last; ++column)
+        if (!are_covered(covered, column, row, row))
+            return false;
+    return true;
+}
+
+// Those that it may cover: in each row the columns whose centres it passes there, and those
+// of its ends.
+bool is_flat_line_hidden(const covered_pixels &covered, const flat_line &line)
+{
+    const double margin = 2 * line.margin;
+    if (!(margin < 1)) // the line has no length
+        return false;
+    const bool leftwards = line.end.x < line.start.x;
+    const pixel_point &left = leftwards ? line.end : line.start;
+    const pixel_point &right = leftwards ? line.start : line.end;
+    const int first_row = std::max(pixel_at(std::min(left.y, right.y) - margin), 0);
+    const int last_row = std::min(pixel_at(std::max(left.y, right.y) + margin), line.rows - 1);
+    for (int row = first_row; row <= last_row; ++row) {
+        int first = pixel_at(left.x - line.off);
+        int last = pixel_at(right.x + line.off);
+        if (line.slope != 0) {
+            const double a = left.x + (row - margin - left.y) / line.slope;
+            const double b = left.x + (row + 1 + margin - left.y) / line.slope;
+            if (std::min(a, b) > left.x)
+                first = first_column(std::min({a, b, right.x + 1}));
+            if (std::max(a, b) < right.x)
+                last = last_column(std::max({a, b, left.x - 1}));
+        }
+        if (!are_covered(covered, line, row, first, last))
+            return false;
+    }
+    return true;
+}
+
+// Cuts off what lies so far outside of the picture that rounding brings none of it back.
+bool clip_beside(pixel_point &start, pixel_point &end, double pixel_point::*axis, double size)
+{
+    constexpr double beside = 1;
+    start.*axis += beside;
+    end.*axis += beside;
+    const bool some_left = clip_axis(start, end, axis, size + 2 * beside);
+    start.*axis -= beside;
+    end.*axis -= beside;
+    return some_left;
+}
+
+pixel_point place_of(const path_vertex &vertex, const path_projection &target)
+{
+    return {vertex.x * target.x.scale + target.x.shift, vertex.y * target.y.scale + target.y.shift};
+}
+
 } // namespace
+
+bool is_line_hidden(const covered_pixels &covered, const path_vertex &from, const path_vertex &to,
+                    double off, const path_projection &target)
+{
+    if (!(off < most_off))
+        return false;
+    pixel_point start = place_of(from, target);
+    pixel_point end = place_of(to, target);
+    if (!clip_beside(start, end, &pixel_point::x, covered.width) ||
+        !clip_beside(start, end, &pixel_point::y, covered.height))
+        return true;
+    return is_flat_line_hidden(covered, line_between(covered, start, end, off));
+}
 
 void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
                    const path_projection &target)
@@ -184,11 +257,9 @@ void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, 
     const double off = rounding_of(box, target);
     if (!(off < most_off))
         return;
-    const pixel_axis &x = target.x;
-    const pixel_axis &y = target.y;
     pixel_point start = {};
     for (std::size_t i = 0; i < strip.size(); ++i) {
-        const pixel_point end = {strip[i].x * x.scale + x.shift, strip[i].y * y.scale + y.shift};
+        const pixel_point end = place_of(strip[i], target);
         if (i > 0)
             cover_line(covered, start, end, off);
         start = end;

@@ -1,5 +1,6 @@
 // Which pixels a line covers for certain, worked out from its ends: what would else
-// have to be read back from the driver, which costs as much as a thousand lines.
+// have to be read back from the driver, which costs as much as a thousand lines. And which
+// it may cover at most.
 //
 // A line covers the pixels whose diamond it leaves. Of a line that is wider than high
 // that is one pixel in each column whose centre it passes, `+`, and the first one when
@@ -28,5 +29,10 @@ namespace vimbo
 /// box. Does nothing where the view is so near that positions are not certain.
 void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
                    const path_projection &target);
+
+/// True when every pixel that a line may cover is covered; `off` is rounding_of its ends.
+/// False also where the view is so near that positions are not certain.
+bool is_line_hidden(const covered_pixels &covered, const path_vertex &from, const path_vertex &to,
+                    double off, const path_projection &target);
 
 } // namespace vimbo

@@ -15,8 +15,8 @@ constexpr std::int32_t most_chunks_at_once = 8192; // gone through for one batch
 constexpr int most_runs = path_run_capacity / 2;   // those of one chunk more fit
 constexpr std::int32_t part_vertices = 16;         // left out or drawn together, of a chunk
 constexpr std::int32_t stretch_of_parts = 64;      // looked at first, of a longer chunk
-static_assert(stretch_vertices / part_vertices <= path_run_capacity - most_runs,
-              "chunks are not longer than a stretch");
+static_assert(stretch_vertices / 2 <= path_run_capacity - most_runs,
+              "chunks are not longer than a stretch, and every other line may be left out");
 
 // Batches, of which a pass has no more than there are chunks, lie in the nearer
 // half; what nothing was drawn on is at the far end. 24 bits tell the steps apart.
@@ -94,6 +94,35 @@ std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mo
     return vertices_between(pass.vertices, mosaic, std::max(first - 1, 0), end);
 }
 
+// Lines are looked at one by one where they are so long that what is drawn of them for
+// nothing costs more.
+bool is_of_long_lines(const path_part &part)
+{
+    constexpr double long_line = 32; // pixels
+    const pixel_box &box = part.box;
+    return std::max(box.right - box.left, box.top - box.bottom) >= long_line;
+}
+
+// Adds those lines of a part to the batch that can be seen. Gives how many.
+std::int32_t take_lines(newest_first &pass, const path_projection &target, const path_part &part,
+                        std::span<const path_vertex> strip, const path_box &box)
+{
+    const double off = rounding_of(box, target);
+    std::int32_t taken = 0;
+    std::int32_t end = part.end;
+    for (std::size_t at = strip.size() - 1; at > 0; --at, --end) {
+        if (is_line_hidden(pass.covered, strip[at - 1], strip[at], off, target)) {
+            ++pass.hidden;
+            continue;
+        }
+        add_run(pass.runs, end - 1, end);
+        cover_crossed(pass.covered, strip.subspan(at - 1, 2), box, target);
+        ++taken;
+    }
+    touch(pass.looks, part.range);
+    return taken;
+}
+
 // Adds the parts that can be seen to the batch: what they cover for certain is covered
 // from here on. Gives how many vertices they have.
 std::int32_t take_parts(newest_first &pass, const path_projection &target,
@@ -107,6 +136,10 @@ std::int32_t take_parts(newest_first &pass, const path_projection &target,
         const path_part part = part_of(pass, target, box, part_first, part_end);
         if (is_left_out(pass, part))
             continue;
+        if (is_of_long_lines(part)) {
+            taken += take_lines(pass, target, part, strip, box);
+            continue;
+        }
         add_to_batch(pass, part);
         cover_crossed(pass.covered, strip, box, target);
         taken += part_end - part_first;

@@ -20,6 +20,35 @@ void use_path_program(GLuint program, const path_matrix &matrix, GLuint vertex_a
     glProvokingVertex(GL_LAST_VERTEX_CONVENTION);
 }
 
+// A software renderer takes as long to begin with a run as to draw some tens of lines.
+bool are_short(const path_runs &runs)
+{
+    constexpr std::int64_t most_vertices = 40;
+    std::int64_t vertices = 0;
+    for (int i = path_run_capacity - runs.used; i < path_run_capacity; ++i)
+        vertices += runs.count[i];
+    return runs.used > 1 && vertices < most_vertices * runs.used && vertices <= path_line_capacity;
+}
+
+void draw_lines_of(path_runs &runs)
+{
+    GLsizei used = 0;
+    for (int i = path_run_capacity - runs.used; i < path_run_capacity; ++i)
+        for (GLint vertex = runs.first[i]; vertex < runs.first[i] + runs.count[i] - 1; ++vertex) {
+            runs.line_ends[used++] = static_cast<GLuint>(vertex);
+            runs.line_ends[used++] = static_cast<GLuint>(vertex + 1);
+        }
+    GLuint index_buffer = 0;
+    glGenBuffers(1, &index_buffer);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, index_buffer);
+    glBufferData(GL_ELEMENT_ARRAY_BUFFER,
+                 static_cast<GLsizeiptr>(used) * static_cast<GLsizeiptr>(sizeof(GLuint)),
+                 runs.line_ends, GL_STREAM_DRAW);
+    glDrawElements(GL_LINES, used, GL_UNSIGNED_INT, nullptr);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glDeleteBuffers(1, &index_buffer);
+}
+
 } // namespace
 
 void clear_picture()
@@ -43,10 +72,14 @@ void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_ar
     glDrawArrays(GL_LINE_STRIP, first, count);
 }
 
-void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
-                    const path_runs &runs, const path_colours &colours)
+void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array, path_runs &runs,
+                    const path_colours &colours)
 {
     use_path_program(program, matrix, vertex_array, colours);
+    if (are_short(runs)) {
+        draw_lines_of(runs);
+        return;
+    }
     const int from = path_run_capacity - runs.used;
     glMultiDrawArrays(GL_LINE_STRIP, runs.first + from, runs.count + from, runs.used);
 }

@@ -43,18 +43,22 @@ void draw_path_buffer(GLuint program, const path_matrix &matrix, GLuint vertex_a
 void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_array,
                      std::int32_t first, std::int32_t count, const path_colours &colours);
 
-inline constexpr int path_run_capacity = 1024;
+inline constexpr int path_run_capacity = 8192;
+inline constexpr std::int32_t path_line_capacity = 1 << 15;
 
 /// Ranges of a path's vertices, the last one first in the path: they are filled
-/// from the end of the path to its start.
+/// from the end of the path to its start. All zero: none.
 struct path_runs {
     GLint first[path_run_capacity];
     GLsizei count[path_run_capacity];
     int used; // the last so many of the arrays
+
+    /// Many short ones are drawn as single lines, two ends each, at once.
+    GLuint line_ends[2 * path_line_capacity];
 };
 
 /// Draws the runs in the path's order, with a program and a vertex array that are there.
-void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array,
-                    const path_runs &runs, const path_colours &colours);
+void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array, path_runs &runs,
+                    const path_colours &colours);
 
 } // namespace vimbo

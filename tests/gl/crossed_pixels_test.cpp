@@ -10,6 +10,7 @@
 #include <cmath>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace
@@ -64,6 +65,7 @@ protected:
             glReadPixels(area.x, area.y, area.width, area.height, GL_RGBA, GL_UNSIGNED_BYTE,
                          drawn.data());
             compare_line(ends[i], ends[i + 1], drawn);
+            hide_line(ends[i], ends[i + 1], drawn);
         }
         if (target.upside_down)
             vimbo::turn_clip_origin(false);
@@ -79,17 +81,57 @@ protected:
         cover_crossed(*covered, strip, box, target);
         for (int row = 0; row < area.height; ++row)
             for (int column = 0; column < area.width; ++column) {
-                const bool is_drawn =
-                    drawn[static_cast<std::size_t>(row * area.width + column) * 4] != 0;
                 const double x = column + 0.5;
                 const double y = row + 0.5;
                 const bool is_known = rig::is_hidden(*covered, {x, y, x, y});
-                drawn_count += is_drawn ? 1 : 0;
+                drawn_count += is_drawn(drawn, row, column) ? 1 : 0;
                 known_count += is_known ? 1 : 0;
-                if (is_known && !is_drawn && ++wrong_count <= 5)
+                if (is_known && !is_drawn(drawn, row, column) && ++wrong_count <= 5)
                     ADD_FAILURE() << "pixel " << column << ", " << row << " of a line from "
                                   << place_of(from) << " to " << place_of(to);
             }
+    }
+
+    bool is_drawn(const pixels &drawn, int row, int column) const
+    {
+        return drawn[static_cast<std::size_t>(row * area.width + column) * 4] != 0;
+    }
+
+    // Counts the lines that are taken for hidden although one of their pixels is not
+    // covered, and those that are when all pixels are that lie around what is drawn.
+    void hide_line(const path_vertex &from, const path_vertex &to, const pixels &drawn)
+    {
+        const vimbo::path_box box = {std::min(from.x, to.x), std::min(from.y, to.y),
+                                     std::max(from.x, to.x), std::max(from.y, to.y)};
+        const double off = rounding_of(box, target);
+        clear_covered(*covered, area.width, area.height);
+        std::vector<std::pair<int, int>> drawn_places;
+        for (int row = 0; row < area.height; ++row)
+            for (int column = 0; column < area.width; ++column)
+                if (is_drawn(drawn, row, column)) {
+                    drawn_places.emplace_back(row, column);
+                    for (int r = std::max(row - 1, 0); r <= std::min(row + 1, area.height - 1); ++r)
+                        cover_row(*covered, r, std::max(column - 1, 0),
+                                  std::min(column + 1, area.width - 1));
+                }
+        if (drawn_places.empty())
+            return;
+        ++line_count;
+        hidden_lines += is_line_hidden(*covered, from, to, off, target) ? 1 : 0;
+        const auto &[open_row, open_column] = drawn_places[line_count % drawn_places.size()];
+        clear_covered(*covered, area.width, area.height);
+        for (int row = 0; row < area.height; ++row) {
+            if (row != open_row)
+                cover_row(*covered, row, 0, area.width - 1);
+            else if (open_column > 0)
+                cover_row(*covered, row, 0, open_column - 1);
+        }
+        if (open_column + 1 < area.width)
+            cover_row(*covered, open_row, open_column + 1, area.width - 1);
+        if (is_line_hidden(*covered, from, to, off, target) && ++wrongly_hidden <= 5)
+            ADD_FAILURE() << "a line from " << place_of(from) << " to " << place_of(to)
+                          << " is taken for hidden although pixel " << open_column << ", "
+                          << open_row << " is open";
     }
 
     std::string place_of(const path_vertex &vertex) const
@@ -106,6 +148,9 @@ protected:
     int drawn_count = 0;
     int known_count = 0;
     int wrong_count = 0;
+    std::size_t line_count = 0; // of lines that draw something
+    std::size_t hidden_lines = 0;
+    int wrongly_hidden = 0;
 };
 
 TEST_F(CrossedPixels, AreDrawnWhereverALineLies)
@@ -129,6 +174,8 @@ TEST_F(CrossedPixels, AreDrawnWhereverALineLies)
     }
     EXPECT_EQ(wrong_count, 0);
     EXPECT_GT(known_count, drawn_count / 2) << "little of what is drawn is known";
+    EXPECT_EQ(wrongly_hidden, 0);
+    EXPECT_GT(hidden_lines, line_count / 10 * 9) << "few lines are known to be hidden";
 }
 
 TEST_F(CrossedPixels, AreDrawnWhereLinesEndOnTheEdgesOfDiamonds)
@@ -151,6 +198,8 @@ TEST_F(CrossedPixels, AreDrawnWhereLinesEndOnTheEdgesOfDiamonds)
     }
     EXPECT_EQ(wrong_count, 0);
     EXPECT_GT(known_count, drawn_count / 2) << "little of what is drawn is known";
+    EXPECT_EQ(wrongly_hidden, 0);
+    EXPECT_GT(hidden_lines, line_count / 10 * 9) << "few lines are known to be hidden";
 }
 
 } // namespace

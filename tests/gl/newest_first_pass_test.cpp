@@ -30,8 +30,14 @@ path_vertex at(double x, double y)
 // none of them is ever hidden.
 const path_vertex spot = at(100.5, 30.5);
 
-// The ends of a line through a row: there and back, they cover it.
+// The ends of a short line in a row: there and back, they cover its pixels.
 path_vertex row_end(int number)
+{
+    return number % 2 == 0 ? at(90.25, 10.4) : at(110.95, 10.4);
+}
+
+// The same of a line that is looked at by itself.
+path_vertex long_row_end(int number)
 {
     return number % 2 == 0 ? at(2.25, 10.4) : at(249.95, 10.4);
 }
@@ -119,10 +125,39 @@ TEST_F(NewestFirstPass, DrawsTheNewestSixteenOfLinesThatLieOverEachOther)
     EXPECT_EQ(pass->hidden, 64 * 19 - 16);
     EXPECT_EQ(pass->looks.spared, 0) << "they were hidden without a look";
     EXPECT_EQ(pass->looks.unseen, 16);
-    EXPECT_EQ(pass->looks.touched.left, 2);
-    EXPECT_EQ(pass->looks.touched.right, 249);
+    EXPECT_EQ(pass->looks.touched.left, 90);
+    EXPECT_EQ(pass->looks.touched.right, 110);
     EXPECT_EQ(pass->looks.touched.bottom, 10);
     EXPECT_EQ(pass->looks.touched.top, 10);
+}
+
+TEST_F(NewestFirstPass, DrawsTheNewestOfLongLinesThatLieOverEachOther)
+{
+    make_path(64 * 20, 64, long_row_end);
+    begin(64); // without the line from the centre
+    EXPECT_EQ(draw(), 1);
+    EXPECT_FALSE(pass->under_way);
+    EXPECT_EQ(pass->runs.used, 1);
+    EXPECT_EQ(pass->runs.count[vimbo::path_run_capacity - 1], 2);
+    EXPECT_EQ(pass->runs.first[vimbo::path_run_capacity - 1], 64 * 20 - 2);
+    EXPECT_EQ(pass->hidden, 64 * 19 - 1);
+    EXPECT_EQ(pass->looks.touched.left, 2);
+    EXPECT_EQ(pass->looks.touched.right, 249);
+}
+
+TEST_F(NewestFirstPass, DrawsEachLongLineThatCanBeSeenByItself)
+{
+    // Every other line lies in a row of its own; those between are all in one.
+    const auto lines = [](std::int32_t i) {
+        return i % 4 < 2 ? long_row_end(i) : at(i % 2 == 0 ? 2.25 : 249.95, 12.4 + i / 4 % 40);
+    };
+    make_path(16 * 10, 16, lines);
+    begin(16);
+    const std::int32_t drawn = draw();
+    EXPECT_FALSE(pass->under_way);
+    EXPECT_GT(pass->runs.used, 20) << "a piece for each of them";
+    EXPECT_LT(drawn, 16 * 9 - 20) << "those that are covered are drawn, too";
+    EXPECT_EQ(drawn + pass->hidden, 16 * 9) << "each is drawn or left out";
 }
 
 TEST_F(NewestFirstPass, BeginsWithNothingDrawnAndTakesThePathToHideItself)
@@ -132,7 +167,7 @@ TEST_F(NewestFirstPass, BeginsWithNothingDrawnAndTakesThePathToHideItself)
     EXPECT_TRUE(pass->covers_itself);
     draw_all();
     EXPECT_FALSE(pass->covers_itself) << "nothing of it is hidden";
-    EXPECT_EQ(pass->drawn, 64 * 3000);
+    EXPECT_EQ(pass->drawn, 64 * 3000 - 1) << "no line ends at the first vertex";
     EXPECT_EQ(pass->in_view, 64 * 3000 - 2 * 65536) << "counted again after each stretch";
     EXPECT_EQ(pass->hidden, 0);
     begin(5);
@@ -172,16 +207,16 @@ TEST_F(NewestFirstPass, LooksIntoEveryEighthChunkOnlyWhereLittleIsHidden)
     draw_all();
     // Of the first 65536 vertices all chunks, from then on one of eight.
     constexpr int looked_into = 510 + 1 + 61;
-    EXPECT_EQ(pass->drawn, 128 + looked_into * 112 + (999 - looked_into) * 128);
+    EXPECT_EQ(pass->drawn, 128 + looked_into * 112 + (999 - looked_into) * 128 - 1);
     EXPECT_FALSE(pass->covers_itself);
 }
 
 TEST_F(NewestFirstPass, EndsABatchWhereItHasManyPieces)
 {
-    make_path(128 * 1000, 128, row_at_chunks_end);
+    make_path(128 * 4200, 128, [](std::int32_t i) { return i % 128 < 64 ? spot : row_end(i); });
     begin();
-    EXPECT_EQ(draw(), 128 + 511 * 112) << "that are 512 pieces";
-    EXPECT_EQ(pass->runs.used, 512);
+    EXPECT_EQ(draw(), 96 + 4094 * 80) << "that are 4096 pieces, two of them of the newest chunk";
+    EXPECT_EQ(pass->runs.used, 4096);
     EXPECT_TRUE(pass->under_way);
 }
 
@@ -192,7 +227,7 @@ TEST_F(NewestFirstPass, LooksIntoEveryChunkWhereMoreThanAQuarterIsHidden)
     begin();
     draw_all();
     EXPECT_TRUE(pass->covers_itself);
-    EXPECT_EQ(pass->drawn, 1000 * 80 + 16);
+    EXPECT_EQ(pass->drawn, 1000 * 80 + 16 - 1);
 }
 
 TEST_F(NewestFirstPass, GoesPastWhatLiesBesideTheView)
@@ -205,7 +240,7 @@ TEST_F(NewestFirstPass, GoesPastWhatLiesBesideTheView)
         return seen ? spot : at(100.5, 300);
     });
     begin();
-    EXPECT_EQ(draw(), 16 + 48) << "the lines between are beside the view";
+    EXPECT_EQ(draw(), 8 + 40) << "the lines between are beside the view";
     EXPECT_FALSE(pass->under_way);
     EXPECT_EQ(pass->in_view, 16 + 48);
 }
