@@ -10,10 +10,10 @@
 // Within a batch all lines have one depth and are drawn in the path's order, and
 // with GL_LEQUAL the later one wins; an older batch is farther and never covers a
 // newer one. So the picture is, to the pixel, that of one draw in the path's order.
-// Chunks whose every pixel is covered, or which lie outside of the picture, are left
-// out, and so are parts of them and long lines by themselves. Most of what a chunk covers is worked out of its lines (`crossed_pixels`) as soon
-// as the chunk is in a batch. What that leaves open is seen by a look at the depths, now
-// and then (`depth_looks`).
+// Chunks whose every pixel is covered, or which lie outside of the picture, are left out,
+// and so are parts of them, and long lines by themselves. Most of what a chunk covers is
+// worked out of its lines (`crossed_pixels`) as soon as the chunk is in a batch. What that
+// leaves open is seen by a look at the depths, now and then (`depth_looks`).
 #pragma once
 
 #include "render/covered_pixels.hpp"
