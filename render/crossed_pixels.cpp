@@ -176,6 +176,7 @@ void cover_line(covered_pixels &covered, pixel_point start, pixel_point end, dou
     cover_flat_line(covered, line_between(covered, start, end, off));
 }
 
+// In the line's rows and columns; what lies beside the picture needs no covering.
 bool are_covered(const covered_pixels &covered, const flat_line &line, int row, int first, int last)
 {
     first = std::max(first, 0);
@@ -191,7 +192,7 @@ bool are_covered(const covered_pixels &covered, const flat_line &line, int row, 
 }
 
 // Those that it may cover: in each row the columns whose centres it passes there, and those
-// of its ends.
+// of its ends. Twice what rounding can move it by, as diagonals may be taken for steep.
 bool is_flat_line_hidden(const covered_pixels &covered, const flat_line &line)
 {
     const double margin = 2 * line.margin;
