@@ -53,6 +53,7 @@ protected:
     {
         kept.pace.vertices_per_second = 1; // nothing fits into a frame
         kept.pace.slice_vertices = 1500;
+        kept.pass_pace.slice_vertices = 1500;
         kept.chunks.boxed_vertices = 0;
         draw_frame();
         EXPECT_TRUE(vimbo::is_unfinished(kept));
@@ -235,6 +236,11 @@ TEST_F(KeptPicture, LetsNothingStandInThatItNoLongerShows)
 
 TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
 {
+    // Short lines in rows, none of which hides another.
+    std::vector<vimbo::path_vertex> points;
+    for (std::int32_t i = 0; i < 60000; ++i)
+        points.push_back({(i % 200 - 100) * 100000, (i / 200 - 150) * 80000});
+    preview_rig::load(points);
     kept.pace.vertices_per_second = 1;
     draw_frame();
     kept.pass_pace.slice_vertices = 1500;
