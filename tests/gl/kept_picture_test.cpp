@@ -237,8 +237,10 @@ TEST_F(KeptPicture, LetsNothingStandInThatItNoLongerShows)
 TEST_F(KeptPicture, LeavesNoFenceBehindASlice)
 {
     // Short lines in rows, none of which hides another.
+    constexpr std::int32_t count = 60000;
     std::vector<vimbo::path_vertex> points;
-    for (std::int32_t i = 0; i < 60000; ++i)
+    points.reserve(count);
+    for (std::int32_t i = 0; i < count; ++i)
         points.push_back({(i % 200 - 100) * 100000, (i / 200 - 150) * 80000});
     preview_rig::load(points);
     kept.pace.vertices_per_second = 1;
