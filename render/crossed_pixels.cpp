@@ -31,6 +31,16 @@ struct flat_line {
     bool turned;
 };
 
+const pixel_point &left_end(const flat_line &line)
+{
+    return line.end.x < line.start.x ? line.end : line.start;
+}
+
+const pixel_point &right_end(const flat_line &line)
+{
+    return line.end.x < line.start.x ? line.start : line.end;
+}
+
 double height_at(const flat_line &line, double x)
 {
     return line.start.y + (x - line.start.x) * line.slope;
@@ -137,9 +147,8 @@ bool ends_in_column(const flat_line &line, const pixel_point &end, int column)
 void cover_flat_line(covered_pixels &covered, const flat_line &line)
 {
     cover_start(covered, line);
-    const bool leftwards = line.end.x < line.start.x;
-    const pixel_point &left = leftwards ? line.end : line.start;
-    const pixel_point &right = leftwards ? line.start : line.end;
+    const pixel_point &left = left_end(line);
+    const pixel_point &right = right_end(line);
     int first = first_column(left.x + line.off);
     int last = last_column(right.x - line.off);
     if (first <= last && ends_in_column(line, left, first))
@@ -198,9 +207,8 @@ bool is_flat_line_hidden(const covered_pixels &covered, const flat_line &line)
     const double margin = 2 * line.margin;
     if (!(margin < 1)) // the line has no length
         return false;
-    const bool leftwards = line.end.x < line.start.x;
-    const pixel_point &left = leftwards ? line.end : line.start;
-    const pixel_point &right = leftwards ? line.start : line.end;
+    const pixel_point &left = left_end(line);
+    const pixel_point &right = right_end(line);
     const int first_row = std::max(pixel_at(std::min(left.y, right.y) - margin), 0);
     const int last_row = std::min(pixel_at(std::max(left.y, right.y) + margin), line.rows - 1);
     for (int row = first_row; row <= last_row; ++row) {
@@ -252,10 +260,9 @@ bool is_line_hidden(const covered_pixels &covered, const path_vertex &from, cons
     return is_flat_line_hidden(covered, line_between(covered, start, end, off));
 }
 
-void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
+void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, double off,
                    const path_projection &target)
 {
-    const double off = rounding_of(box, target);
     if (!(off < most_off))
         return;
     pixel_point start = {};

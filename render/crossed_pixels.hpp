@@ -17,7 +17,6 @@
 
 #include "mosaic/path_vertex.hpp"
 #include "render/covered_pixels.hpp"
-#include "render/path_chunks.hpp"
 #include "render/path_projection.hpp"
 
 #include <span>
@@ -25,13 +24,13 @@
 namespace vimbo
 {
 
-/// Notes as covered what the lines of a strip cover for certain. They lie within the
-/// box. Does nothing where the view is so near that positions are not certain.
-void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, const path_box &box,
+/// Notes as covered what the lines of a strip cover for certain; `off` is rounding_of a box
+/// around them. Does nothing where the view is so near that positions are not certain.
+void cover_crossed(covered_pixels &covered, std::span<const path_vertex> strip, double off,
                    const path_projection &target);
 
-/// True when every pixel that a line may cover is covered; `off` is rounding_of its ends.
-/// False also where the view is so near that positions are not certain.
+/// True when every pixel that a line may cover is covered; `off` is rounding_of a box around
+/// it. False also where the view is so near that positions are not certain.
 bool is_line_hidden(const covered_pixels &covered, const path_vertex &from, const path_vertex &to,
                     double off, const path_projection &target);
 

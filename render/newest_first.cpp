@@ -105,9 +105,8 @@ bool is_of_long_lines(const path_part &part)
 
 // Adds those lines of a part to the batch that can be seen. Gives how many.
 std::int32_t take_lines(newest_first &pass, const path_projection &target, const path_part &part,
-                        std::span<const path_vertex> strip, const path_box &box)
+                        std::span<const path_vertex> strip, double off)
 {
-    const double off = rounding_of(box, target);
     std::int32_t taken = 0;
     std::int32_t end = part.end;
     for (std::size_t at = strip.size() - 1; at > 0; --at, --end) {
@@ -116,7 +115,7 @@ std::int32_t take_lines(newest_first &pass, const path_projection &target, const
             continue;
         }
         add_run(pass.runs, end - 1, end);
-        cover_crossed(pass.covered, strip.subspan(at - 1, 2), box, target);
+        cover_crossed(pass.covered, strip.subspan(at - 1, 2), off, target);
         ++taken;
     }
     touch(pass.looks, part.range);
@@ -136,12 +135,13 @@ std::int32_t take_parts(newest_first &pass, const path_projection &target,
         const path_part part = part_of(pass, target, box, part_first, part_end);
         if (is_left_out(pass, part))
             continue;
+        const double off = rounding_of(box, target);
         if (is_of_long_lines(part)) {
-            taken += take_lines(pass, target, part, strip, box);
+            taken += take_lines(pass, target, part, strip, off);
             continue;
         }
         add_to_batch(pass, part);
-        cover_crossed(pass.covered, strip, box, target);
+        cover_crossed(pass.covered, strip, off, target);
         taken += part_end - part_first;
     }
     return taken;

@@ -76,9 +76,7 @@ protected:
     {
         clear_covered(*covered, area.width, area.height);
         const path_vertex strip[] = {from, to};
-        const vimbo::path_box box = {std::min(from.x, to.x), std::min(from.y, to.y),
-                                     std::max(from.x, to.x), std::max(from.y, to.y)};
-        cover_crossed(*covered, strip, box, target);
+        cover_crossed(*covered, strip, rounding_between(from, to), target);
         for (int row = 0; row < area.height; ++row)
             for (int column = 0; column < area.width; ++column) {
                 const double x = column + 0.5;
@@ -92,6 +90,25 @@ protected:
             }
     }
 
+    double rounding_between(const path_vertex &from, const path_vertex &to) const
+    {
+        const vimbo::path_box box = {std::min(from.x, to.x), std::min(from.y, to.y),
+                                     std::max(from.x, to.x), std::max(from.y, to.y)};
+        return rounding_of(box, target);
+    }
+
+    void cover_all_but(int open_row, int open_column)
+    {
+        clear_covered(*covered, area.width, area.height);
+        for (int row = 0; row < area.height; ++row)
+            if (row != open_row)
+                cover_row(*covered, row, 0, area.width - 1);
+        if (open_column > 0)
+            cover_row(*covered, open_row, 0, open_column - 1);
+        if (open_column + 1 < area.width)
+            cover_row(*covered, open_row, open_column + 1, area.width - 1);
+    }
+
     bool is_drawn(const pixels &drawn, int row, int column) const
     {
         return drawn[static_cast<std::size_t>(row * area.width + column) * 4] != 0;
@@ -101,9 +118,7 @@ protected:
     // covered, and those that are when all pixels are that lie around what is drawn.
     void hide_line(const path_vertex &from, const path_vertex &to, const pixels &drawn)
     {
-        const vimbo::path_box box = {std::min(from.x, to.x), std::min(from.y, to.y),
-                                     std::max(from.x, to.x), std::max(from.y, to.y)};
-        const double off = rounding_of(box, target);
+        const double off = rounding_between(from, to);
         clear_covered(*covered, area.width, area.height);
         std::vector<std::pair<int, int>> drawn_places;
         for (int row = 0; row < area.height; ++row)
@@ -119,15 +134,7 @@ protected:
         ++line_count;
         hidden_lines += is_line_hidden(*covered, from, to, off, target) ? 1 : 0;
         const auto &[open_row, open_column] = drawn_places[line_count % drawn_places.size()];
-        clear_covered(*covered, area.width, area.height);
-        for (int row = 0; row < area.height; ++row) {
-            if (row != open_row)
-                cover_row(*covered, row, 0, area.width - 1);
-            else if (open_column > 0)
-                cover_row(*covered, row, 0, open_column - 1);
-        }
-        if (open_column + 1 < area.width)
-            cover_row(*covered, open_row, open_column + 1, area.width - 1);
+        cover_all_but(open_row, open_column);
         if (is_line_hidden(*covered, from, to, off, target) && ++wrongly_hidden <= 5)
             ADD_FAILURE() << "a line from " << place_of(from) << " to " << place_of(to)
                           << " is taken for hidden although pixel " << open_column << ", "

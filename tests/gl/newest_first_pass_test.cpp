@@ -200,6 +200,12 @@ path_vertex row_at_chunks_end(std::int32_t i)
     return i % 128 < 96 ? spot : row_end(i);
 }
 
+// The same with four parts of each chunk, of which three are hidden.
+path_vertex half_a_row(std::int32_t i)
+{
+    return i % 128 < 64 ? spot : row_end(i);
+}
+
 TEST_F(NewestFirstPass, LooksIntoEveryEighthChunkOnlyWhereLittleIsHidden)
 {
     make_path(128 * 1000, 128, row_at_chunks_end);
@@ -213,7 +219,7 @@ TEST_F(NewestFirstPass, LooksIntoEveryEighthChunkOnlyWhereLittleIsHidden)
 
 TEST_F(NewestFirstPass, EndsABatchWhereItHasManyPieces)
 {
-    make_path(128 * 4200, 128, [](std::int32_t i) { return i % 128 < 64 ? spot : row_end(i); });
+    make_path(128 * 4200, 128, half_a_row);
     begin();
     EXPECT_EQ(draw(), 96 + 4094 * 80) << "that are 4096 pieces, two of them of the newest chunk";
     EXPECT_EQ(pass->runs.used, 4096);
@@ -223,7 +229,7 @@ TEST_F(NewestFirstPass, EndsABatchWhereItHasManyPieces)
 TEST_F(NewestFirstPass, LooksIntoEveryChunkWhereMoreThanAQuarterIsHidden)
 {
     // Three of eight parts are hidden.
-    make_path(128 * 1000, 128, [](std::int32_t i) { return i % 128 < 64 ? spot : row_end(i); });
+    make_path(128 * 1000, 128, half_a_row);
     begin();
     draw_all();
     EXPECT_TRUE(pass->covers_itself);

@@ -27,6 +27,7 @@ protected:
     }
     ~ShownPanels() override
     {
+        vimbo::delete_offscreen(panels->copy);
         nk_glfw3_shutdown();
     }
 
@@ -50,6 +51,7 @@ protected:
         return {pixel[0], pixel[1], pixel[2]};
     }
 
+    static constexpr colour grey = {179, 179, 179}; // where no panel is
     nk_context *context = nk_glfw3_init(glfwGetCurrentContext(), NK_GLFW3_DEFAULT);
     vimbo::frame_state frame_state = {};
     std::unique_ptr<vimbo::shown_panels> panels = std::make_unique<vimbo::shown_panels>();
@@ -68,14 +70,12 @@ TEST_F(ShownPanels, AllocateNoMemoryForEachFrameThatDiffers)
 
 TEST_F(ShownPanels, LieOverOneColourWhateverTheWindowHeldBefore)
 {
-    constexpr colour grey = {179, 179, 179};
     for (int i = 0; i < 3; ++i) {
         glClearColor(1, 0, 0, 1);
         glClear(GL_COLOR_BUFFER_BIT);
         show(std::to_string(i));
         EXPECT_TRUE(alike(pixel_at(450, 420), grey)) << "frame " << i;
     }
-    vimbo::delete_offscreen(panels->copy);
 }
 
 TEST_F(ShownPanels, AreDrawnOnlyWhereTheyChange)
@@ -93,19 +93,16 @@ TEST_F(ShownPanels, AreDrawnOnlyWhereTheyChange)
     show("another text");
     EXPECT_TRUE(alike(pixel_at(450, 420), red)) << "what is beside the panel was drawn again";
     EXPECT_FALSE(alike(pixel_at(20, 20), red)) << "the changed panel was not drawn";
-    vimbo::delete_offscreen(panels->copy);
 }
 
 TEST_F(ShownPanels, LeaveNothingWhereAPanelWasLarger)
 {
-    constexpr colour grey = {179, 179, 179};
     show("text", nk_rect(0, 0, 160, 120));
     show("text", nk_rect(0, 0, 160, 120));
     EXPECT_FALSE(alike(pixel_at(140, 100), grey)) << "no panel";
     show("text", nk_rect(0, 0, 100, 80));
     EXPECT_FALSE(alike(pixel_at(90, 70), grey)) << "no panel";
     EXPECT_TRUE(alike(pixel_at(140, 100), grey)) << "the larger panel's corner is still there";
-    vimbo::delete_offscreen(panels->copy);
 }
 
 TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
@@ -134,7 +131,6 @@ TEST_F(ShownPanels, AreDrawnEachTimeWhenTheirCommandsDoNotFitIntoTheCopy)
     for (int i = 0; i < 2; ++i)
         EXPECT_TRUE(alike(show_rectangles(too_many, red), red)) << "many, frame " << i;
     EXPECT_FALSE(panels->copied) << "what does not fit is taken for what is shown";
-    vimbo::delete_offscreen(panels->copy);
 }
 
 } // namespace

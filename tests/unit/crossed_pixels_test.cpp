@@ -51,7 +51,7 @@ protected:
             box = {std::min(box.left, at.x), std::min(box.bottom, at.y), std::max(box.right, at.x),
                    std::max(box.top, at.y)};
         }
-        cover_crossed(*covered, strip, box, target);
+        cover_crossed(*covered, strip, rounding_of(box, target), target);
     }
 
     // The rows from the top down, `#` where a pixel is covered.
@@ -187,7 +187,7 @@ TEST_F(CrossedPixels, AreUnknownWhereTheViewHasNoNumbersOrIsTooNear)
 {
     const path_vertex far[] = {{INT32_MIN, 700}, {INT32_MAX, 700}};
     const vimbo::path_box whole = {INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
-    cover_crossed(*covered, far, whole, target);
+    cover_crossed(*covered, far, rounding_of(whole, target), target);
     EXPECT_EQ(picture(), nothing) << "a line over millions of pixels";
     const vimbo::path_matrix before = target.matrix;
     for (const float value :
