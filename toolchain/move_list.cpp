@@ -61,20 +61,26 @@ std::size_t move_list::move_count() const
 
 std::size_t move_list::mark_count() const
 {
-    return marks;
+    return count - jumps;
 }
 
-// At the end of a block.
-void move_list::publish()
+// Hands on the block before it.
+move_fault move_list::begin_block()
 {
+    if (first == nullptr)
+        return move_fault::no_memory;
+    if (count == max_moves)
+        return move_fault::too_many;
     published.store(count, std::memory_order_release);
     published.notify_one();
-    // The next block's memory may still be read.
+    block_end += moves_at_a_time;
+    // The new block's memory may still be read.
     std::size_t done = released.load(std::memory_order_acquire);
-    while (count + moves_at_a_time > done + capacity) {
+    while (block_end > done + capacity) {
         released.wait(done, std::memory_order_acquire);
         done = released.load(std::memory_order_acquire);
     }
+    return move_fault::none;
 }
 
 void move_list::close()

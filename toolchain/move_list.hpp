@@ -38,16 +38,14 @@ public:
     {
         if (!fits(x) || !fits(y))
             return move_fault::coordinate_range;
-        if (count == max_moves)
-            return move_fault::too_many;
-        if (first == nullptr)
-            return move_fault::no_memory;
+        if (count == block_end) {
+            if (const move_fault fault = begin_block(); fault != move_fault::none)
+                return fault;
+        }
         first[count++ & (capacity - 1)] = {
             static_cast<vimbo::length_unit>(std::lrint(x)),
             with_flag(static_cast<vimbo::length_unit>(std::lrint(y)), mark)};
-        marks += mark ? 1 : 0;
-        if (count % moves_at_a_time == 0)
-            publish();
+        jumps += mark ? 0 : 1;
         return move_fault::none;
     }
 
@@ -82,19 +80,24 @@ private:
         return (y & ~1) | (mark ? 1 : 0);
     }
 
-    void publish();
+    move_fault begin_block();
 
-    // Small enough to be still in the processor's cache when it is read.
-    static constexpr std::size_t moves_at_a_time = std::size_t{1} << 14;
+    // Small enough to be still in the processor's cache when it is read, large enough for
+    // the other thread not to be woken all the time.
+    static constexpr std::size_t moves_at_a_time = std::size_t{1} << 16;
+
+    static constexpr std::size_t cache_line = 64;
 
     static constexpr std::size_t closed = ~(~std::size_t{0} >> 1);
 
     std::size_t capacity;                // a power of two, and of several blocks
     vimbo::path_vertex *first = nullptr; // null when the system grants no memory
     std::size_t count = 0;
-    std::atomic<std::size_t> published = 0; // moves; once closed with the bit below
+    std::size_t block_end = 0; // of the block that is being filled; none at first
+    std::size_t jumps = 0;
+    // Apart from what every move writes, as both threads look at them.
+    alignas(cache_line) std::atomic<std::size_t> published = 0; // moves; once closed with that bit
     std::atomic<std::size_t> released = 0;
-    std::size_t marks = 0;
 };
 
 } // namespace toolchain

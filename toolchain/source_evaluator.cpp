@@ -44,28 +44,40 @@ void *allocate(void *user, void *block, std::size_t old_size, std::size_t new_si
     return moved;
 }
 
-// As luaL_checknumber, with half the calls. A whole number is faster had as what it is;
-// a source that also makes moves of others is not asked for one any more.
-double argument(run_state &run, lua_State *lua, int index)
+struct point {
+    double x;
+    double y;
+};
+
+// As luaL_checknumber, with half the calls.
+double argument(lua_State *lua, int index)
 {
-    if (run.only_whole_numbers) {
-        int is_whole = 0;
-        const lua_Integer whole = lua_tointegerx(lua, index, &is_whole);
-        if (is_whole != 0)
-            return static_cast<double>(whole);
-        run.only_whole_numbers = false;
-    }
     const double number = lua_tonumberx(lua, index, nullptr);
     // 0 is also what stands for anything but a number.
     return number != 0 ? number : luaL_checknumber(lua, index);
+}
+
+// Whole numbers are faster had as what they are; a source that also makes moves of others
+// is not asked for them any more. Inline, as it would be called otherwise, for every move.
+inline point arguments(run_state &run, lua_State *lua)
+{
+    if (run.only_whole_numbers) {
+        int is_whole_x = 0;
+        int is_whole_y = 0;
+        const lua_Integer x = lua_tointegerx(lua, 1, &is_whole_x);
+        const lua_Integer y = lua_tointegerx(lua, 2, &is_whole_y);
+        if (is_whole_x != 0 && is_whole_y != 0)
+            return {static_cast<double>(x), static_cast<double>(y)};
+        run.only_whole_numbers = false;
+    }
+    return {argument(lua, 1), argument(lua, 2)};
 }
 
 template <bool Mark>
 int make_move(lua_State *lua)
 {
     run_state &run = state_of(lua);
-    const double x = argument(run, lua, 1);
-    const double y = argument(run, lua, 2);
+    const auto [x, y] = arguments(run, lua);
     switch (run.moves.append(x * run.scale, y * run.scale, Mark)) {
     case move_fault::coordinate_range:
         return luaL_error(lua, "(%f, %f) is out of the range of 32-bit coordinates", x, y);
@@ -85,9 +97,21 @@ void open_library(lua_State *lua, const char *name, lua_CFunction open)
     lua_pop(lua, 1);
 }
 
+// Sources look `mark` up for every move: it is found at the first look in a table with
+// room to spare, of which it has the first choice.
+void make_globals(lua_State *lua)
+{
+    constexpr int room = 256;
+    lua_createtable(lua, 0, room);
+    lua_rawseti(lua, LUA_REGISTRYINDEX, LUA_RIDX_GLOBALS);
+    lua_register(lua, "mark", make_move<true>);
+    lua_register(lua, "jump", make_move<false>);
+}
+
 // Nothing that reaches a file, a process or compiled code.
 int set_up(lua_State *lua)
 {
+    make_globals(lua);
     open_library(lua, LUA_GNAME, luaopen_base);
     open_library(lua, LUA_MATHLIBNAME, luaopen_math);
     open_library(lua, LUA_STRLIBNAME, luaopen_string);
@@ -97,8 +121,6 @@ int set_up(lua_State *lua)
         lua_pushnil(lua);
         lua_setglobal(lua, name);
     }
-    lua_register(lua, "jump", make_move<false>);
-    lua_register(lua, "mark", make_move<true>);
     return 0;
 }
 

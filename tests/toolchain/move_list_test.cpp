@@ -16,7 +16,7 @@ using toolchain::move_list;
 using toolchain::move_use;
 
 constexpr std::size_t memory = std::size_t{1} << 18; // in moves, of a list that hands on
-constexpr std::size_t block = std::size_t{1} << 14;
+constexpr std::size_t block = std::size_t{1} << 16;
 
 vimbo::path_vertex move_number(std::size_t number)
 {
