@@ -91,6 +91,21 @@ frame_times measured_program::between(double from, double to) const
     return frames_between(log, from, to);
 }
 
+void measured_program::await_frame() const
+{
+    constexpr double just_now = 0.01;
+    constexpr double longest = 10;
+    const double start = now();
+    while (now() < start + longest) {
+        sleep_for(0.001);
+        const std::vector<clock_entry> entries = read_clock(log);
+        if (!entries.empty() && entries.back().what == "swap" &&
+            now() - entries.back().time < just_now)
+            return;
+    }
+    throw std::runtime_error("no frame was shown");
+}
+
 double measured_program::whole_frame(double since) const
 {
     double last_swap = 0;

@@ -64,6 +64,10 @@ public:
     /// of the frame with which that was so.
     double settle(double since) const;
 
+    /// Waits until a frame has just been shown, so that what the program is given now is in
+    /// the next one: else a frame at rest that was due might be taken for that one.
+    void await_frame() const;
+
     /// The time of the first frame that was begun after `since` and left nothing to
     /// draw: to be called when the program has settled.
     double whole_frame(double since) const;

@@ -61,6 +61,7 @@ notch_times measure_notch(x_server &screen, const measured_program &vimbo, int r
     vimbo.settle(now());
     screen.scroll(1);
     vimbo.settle(now());
+    vimbo.await_frame();
     const double start = now();
     screen.scroll(1);
     vimbo.settle(start);

@@ -22,6 +22,11 @@ bool same_view(const picture_view &a, const picture_view &b)
     return std::memcmp(&a, &b, sizeof a) == 0; // NOLINT(bugprone-suspicious-memory-comparison)
 }
 
+pixel_edges edges_of(const picture_area &area)
+{
+    return {area.x, area.y, area.x + area.width, area.y + area.height};
+}
+
 // Where the picture lies in the layer.
 picture_area area_in(const picture_layer &layer)
 {
@@ -54,9 +59,7 @@ bool restart(picture_layer &layer, const picture_view &view)
     layer.view = view;
     layer.drawn = 0;
     layer.begun = 0;
-    begin_drawing(layer);
-    clear_picture();
-    end_drawing(layer);
+    fill_offscreen(layer.target, edges_of(area_in(layer)), picture_background);
     return true;
 }
 
@@ -141,8 +144,6 @@ void draw_newest_first(kept_picture &kept, picture_layer &layer, const picture_p
     const double start = pace_clock();
     begin_drawing(layer);
     if (!kept.pass.under_way) {
-        if (layer.begun > 0)
-            glClear(GL_DEPTH_BUFFER_BIT); // of an earlier pass
         begin_newest_first(kept.pass, target, layer.drawn, kept.wanted_vertices);
         layer.begun = kept.wanted_vertices;
     }
@@ -170,11 +171,6 @@ view_axis horizontal_axis(const picture_view &view)
 view_axis vertical_axis(const picture_view &view)
 {
     return {view.matrix.element[5], view.matrix.element[13], view.area.y, view.area.height};
-}
-
-pixel_edges edges_of(const picture_area &area)
-{
-    return {area.x, area.y, area.x + area.width, area.y + area.height};
 }
 
 pixel_edges whole_picture(const offscreen &picture)

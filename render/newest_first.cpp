@@ -207,18 +207,34 @@ std::int32_t gather_batch(newest_first &pass, const path_projection &target,
     return gathered;
 }
 
-void draw_batch(newest_first &pass, const path_projection &target, const picture_parts &parts)
+void begin_depth(const newest_first &pass)
 {
-    ++pass.batches;
+    if (pass.batches == 1)
+        glClear(GL_DEPTH_BUFFER_BIT);
     const double depth = pass.batches * depth_step;
     glEnable(GL_DEPTH_TEST);
     glDepthFunc(GL_LEQUAL);
     glDepthRange(depth, depth);
-    draw_path_runs(parts.program, target.matrix, parts.mosaic.mosaic_vao, pass.runs,
-                   mosaic_colours);
+}
+
+void end_depth()
+{
     glDepthRange(0, 1);
     glDepthFunc(GL_LESS);
     glDisable(GL_DEPTH_TEST);
+}
+
+void draw_batch(newest_first &pass, const path_projection &target, const picture_parts &parts)
+{
+    ++pass.batches;
+    // Where it is the only one, its order alone decides.
+    const bool others = pass.batches > 1 || pass.under_way;
+    if (others)
+        begin_depth(pass);
+    draw_path_runs(parts.program, target.matrix, parts.mosaic.mosaic_vao, pass.runs,
+                   mosaic_colours);
+    if (others)
+        end_depth();
 }
 
 } // namespace
@@ -246,11 +262,11 @@ std::int32_t draw_newest(newest_first &pass, const path_projection &target,
 {
     const std::int32_t most = std::min(most_vertices, pass.looks.look_after - pass.looks.unseen);
     const std::int32_t drawn = gather_batch(pass, target, chunks, parts.mosaic, most);
+    pass.under_way = pass.undrawn > pass.first;
     if (drawn > 0)
         draw_batch(pass, target, parts);
     pass.drawn += drawn;
     pass.looks.unseen += drawn;
-    pass.under_way = pass.undrawn > pass.first;
     if (pass.under_way && is_look_due(pass.looks))
         look_at_depths(pass.looks, pass.covered, target.area, vertices_per_second);
     return drawn;

@@ -51,8 +51,8 @@ struct newest_first {
 };
 
 /// Begins a pass over the segments that end at the vertices `first` to `end`, on
-/// top of what the target's area shows, its depths cleared. The framebuffer is bound and the area
-/// begun, now and for each batch; covered_pixels must have room for it.
+/// top of what the target's area shows. For each batch the framebuffer is bound and the area
+/// begun; the depths there are the pass's own. covered_pixels must have room for the area.
 void begin_newest_first(newest_first &pass, const path_projection &target, std::int32_t first,
                         std::int32_t end);
 

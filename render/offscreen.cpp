@@ -1,5 +1,7 @@
 #include "render/offscreen.hpp"
 
+#include <algorithm>
+
 namespace vimbo
 {
 
@@ -42,6 +44,30 @@ void delete_offscreen(offscreen &picture)
     glDeleteTextures(1, &picture.colour);
     glDeleteRenderbuffers(1, &picture.depth);
     picture = {};
+}
+
+void fill_offscreen(const offscreen &picture, const pixel_edges &part, const GLfloat *colour)
+{
+    const GLint left = std::max(part.left, 0);
+    const GLint bottom = std::max(part.bottom, 0);
+    const GLsizei width = std::min(part.right, picture.width) - left;
+    const GLsizei height = std::min(part.top, picture.height) - bottom;
+    if (width <= 0 || height <= 0)
+        return;
+    // A software renderer clears a part of a framebuffer by drawing it, which takes several
+    // times as long.
+    if (GLEW_ARB_clear_texture != 0) {
+        glClearTexSubImage(picture.colour, 0, left, bottom, 0, width, height, 1, GL_RGBA, GL_FLOAT,
+                           colour);
+        return;
+    }
+    glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+    glEnable(GL_SCISSOR_TEST);
+    glScissor(left, bottom, width, height);
+    glClearColor(colour[0], colour[1], colour[2], colour[3]);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glDisable(GL_SCISSOR_TEST);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
 GLint row_in(const offscreen &picture, GLint window_row)

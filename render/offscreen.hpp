@@ -30,6 +30,10 @@ bool fit_offscreen(offscreen &picture, GLsizei width, GLsizei height);
 
 void delete_offscreen(offscreen &picture);
 
+/// Fills the part of the picture that lies within these rows and columns, its own, with a
+/// colour: red, green, blue and alpha, 0 to 1.
+void fill_offscreen(const offscreen &picture, const pixel_edges &part, const GLfloat *colour);
+
 /// Where a row of the window lies in the picture.
 GLint row_in(const offscreen &picture, GLint window_row);
 

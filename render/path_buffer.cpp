@@ -53,7 +53,8 @@ void draw_lines_of(path_runs &runs)
 
 void clear_picture()
 {
-    glClearColor(0.432F, 0.557F, 0.745F, 0.0F);
+    glClearColor(picture_background[0], picture_background[1], picture_background[2],
+                 picture_background[3]);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 

@@ -24,6 +24,8 @@ struct path_colours {
 inline constexpr path_colours mosaic_colours = {{{0.5F, 0.65F, 0.85F}, {1.0F, 1.0F, 1.0F}}};
 inline constexpr path_colours outline_colours = {{{0.85F, 0.65F, 0.45F}, {1.0F, 1.0F, 1.0F}}};
 
+inline constexpr GLfloat picture_background[] = {0.432F, 0.557F, 0.745F, 0.0F};
+
 /// Fills what the scissor leaves free with the picture's background.
 void clear_picture();
 

@@ -96,7 +96,7 @@ private:
     std::size_t block_end = 0; // of the block that is being filled; none at first
     std::size_t jumps = 0;
     // Apart from what every move writes, as both threads look at them.
-    alignas(cache_line) std::atomic<std::size_t> published = 0; // moves; once closed with that bit
+    alignas(cache_line) std::atomic<std::size_t> published = 0; // moves; once `closed`, with it
     std::atomic<std::size_t> released = 0;
 };
 

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <limits>
 #include <random>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -403,5 +404,93 @@ TEST(Offscreen, IsMadeAnewForAnotherSizeAndFreesTheFormerOne)
     vimbo::delete_offscreen(picture);
     EXPECT_EQ(live_objects(), before);
 }
+
+// All pixels, RGBA, from the lowest row up.
+std::vector<unsigned char> pixels_of(const vimbo::offscreen &picture)
+{
+    std::vector<unsigned char> pixels(4 * static_cast<std::size_t>(picture.width * picture.height));
+    glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+    glReadPixels(0, 0, picture.width, picture.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    return pixels;
+}
+
+// With and without the driver's own way to fill a part of a texture.
+class FilledOffscreen : public testing::TestWithParam<bool>
+{
+protected:
+    FilledOffscreen()
+    {
+        if (!GetParam())
+            __GLEW_ARB_clear_texture = 0;
+        vimbo::fit_offscreen(picture, 40, 30);
+        vimbo::fill_offscreen(picture, {0, 0, 40, 30}, black);
+    }
+    ~FilledOffscreen() override
+    {
+        vimbo::delete_offscreen(picture);
+        __GLEW_ARB_clear_texture = could;
+    }
+
+    // Of pixels that are black or of the picture's background: how many are the latter, and
+    // whether all of the part's are among them.
+    void expect_filled(const vimbo::pixel_edges &part, int count) const
+    {
+        const std::vector<unsigned char> pixels = pixels_of(picture);
+        int filled = 0;
+        for (int y = 0; y < picture.height; ++y)
+            for (int x = 0; x < picture.width; ++x) {
+                const unsigned char *pixel =
+                    &pixels[4 * static_cast<std::size_t>(y * picture.width + x)];
+                const bool within =
+                    x >= part.left && x < part.right && y >= part.bottom && y < part.top;
+                const rig::colour wanted = within ? rig::background : rig::colour{0, 0, 0};
+                ASSERT_EQ(std::tuple(pixel[0], pixel[1], pixel[2], pixel[3]),
+                          std::tuple(wanted.red, wanted.green, wanted.blue, 0))
+                    << "at " << x << ", " << y;
+                filled += within ? 1 : 0;
+            }
+        EXPECT_EQ(filled, count);
+    }
+
+    static constexpr GLfloat black[] = {0, 0, 0, 0};
+    const GLboolean could = __GLEW_ARB_clear_texture;
+    vimbo::offscreen picture = {};
+};
+
+TEST_P(FilledOffscreen, HasTheColourWithinThePartAndNowhereElse)
+{
+    const vimbo::pixel_edges part = {7, 3, 19, 28};
+    vimbo::fill_offscreen(picture, part, vimbo::picture_background);
+    expect_filled(part, 12 * 25);
+}
+
+TEST_P(FilledOffscreen, TakesOfAPartWhatLiesWithinIt)
+{
+    const vimbo::pixel_edges beyond_low = {-5, -3, 4, 6};
+    vimbo::fill_offscreen(picture, beyond_low, vimbo::picture_background);
+    expect_filled(beyond_low, 4 * 6);
+    vimbo::fill_offscreen(picture, {0, 0, 40, 30}, black);
+    const vimbo::pixel_edges beyond_high = {33, 20, 50, 31};
+    vimbo::fill_offscreen(picture, beyond_high, vimbo::picture_background);
+    expect_filled(beyond_high, 7 * 10);
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+}
+
+TEST_P(FilledOffscreen, IsLeftAloneByAPartThatLiesBesideItOrHasNoSize)
+{
+    for (const vimbo::pixel_edges &part : {vimbo::pixel_edges{40, 0, 50, 30},
+                                           {-9, 0, 0, 30},
+                                           {0, 30, 40, 35},
+                                           {0, -9, 40, 0},
+                                           {20, 5, 20, 9},
+                                           {20, 5, 30, 5},
+                                           {30, 5, 20, 9}})
+        vimbo::fill_offscreen(picture, part, vimbo::picture_background);
+    expect_filled({0, 0, 0, 0}, 0);
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+}
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutClearTexture, FilledOffscreen, testing::Bool());
 
 } // namespace

@@ -280,4 +280,42 @@ TEST_F(NewestFirstPass, LeavesOutWhatALookHasSeenAndCountsThat)
     EXPECT_FALSE(pass->under_way);
 }
 
+// Makes all depths so near that nothing is drawn where they count.
+void spoil_depths(const vimbo::offscreen &picture)
+{
+    glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+    glClearDepth(0);
+    glClear(GL_DEPTH_BUFFER_BIT);
+    glClearDepth(1);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+}
+
+colour colour_at(const vimbo::offscreen &picture, int x, int y)
+{
+    unsigned char pixel[4] = {};
+    glBindFramebuffer(GL_FRAMEBUFFER, picture.framebuffer);
+    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    return {pixel[0], pixel[1], pixel[2]};
+}
+
+TEST_F(NewestFirstPass, DependsOnNoDepthsThatWereThereBefore)
+{
+    const auto row_for_each_chunk = [](std::int32_t i) {
+        const std::int32_t row = 10 + i / 64;
+        return at(i % 2 == 0 ? 90.25 : 110.95, row + 0.4);
+    };
+    make_path(64 * 4, 64, row_for_each_chunk);
+    for (const std::int32_t batch : {no_limit, 16}) {
+        begin(64);
+        spoil_depths(picture);
+        while (pass->under_way)
+            draw(batch);
+        EXPECT_EQ(pass->batches, batch == no_limit ? 1 : 3);
+        for (int row = 11; row <= 13; ++row)
+            EXPECT_TRUE(alike(colour_at(picture, 100, row), jump)) << "row " << row;
+        EXPECT_TRUE(alike(colour_at(picture, 100, 14), background));
+    }
+}
+
 } // namespace
