@@ -76,6 +76,8 @@ bool clip_axis(pixel_point &start, pixel_point &end, double pixel_point::*axis, 
 {
     const pixel_point a = start;
     const pixel_point b = end;
+    if (std::min(a.*axis, b.*axis) >= 0 && std::max(a.*axis, b.*axis) <= size)
+        return true;
     const double span = b.*axis - a.*axis;
     const auto at = [&](double edge) {
         const double share = (edge - a.*axis) / span;
@@ -200,6 +202,22 @@ bool are_covered(const covered_pixels &covered, const flat_line &line, int row, 
     return true;
 }
 
+// An end, or where llvmpipe takes it to be, if that is farther to that side: an end in a
+// diamond is moved along the line to the middle of its column, or of its row where the line
+// may be taken for steep. Next to a corner that may be in the next pixel.
+pixel_point farthest(const flat_line &line, const pixel_point &end, int side)
+{
+    constexpr double nearly_diagonal = 0.875;
+    const int column = pixel_at(end.x);
+    const int row = pixel_at(end.y);
+    if (beyond_diamond(end, column, row) >= 2 * line.off)
+        return end;
+    double distance = std::max(side * (column + 0.5 - end.x), 0.0);
+    if (std::fabs(line.slope) > nearly_diagonal)
+        distance = std::max(distance, side * (row + 0.5 - end.y) / line.slope);
+    return {end.x + side * distance, end.y + side * distance * line.slope};
+}
+
 // Those that it may cover: in each row the columns whose centres it passes there, and those
 // of its ends. Twice what rounding can move it by, as diagonals may be taken for steep.
 bool is_flat_line_hidden(const covered_pixels &covered, const flat_line &line)
@@ -207,8 +225,8 @@ bool is_flat_line_hidden(const covered_pixels &covered, const flat_line &line)
     const double margin = 2 * line.margin;
     if (!(margin < 1)) // the line has no length
         return false;
-    const pixel_point &left = left_end(line);
-    const pixel_point &right = right_end(line);
+    const pixel_point left = farthest(line, left_end(line), -1);
+    const pixel_point right = farthest(line, right_end(line), 1);
     const int first_row = std::max(pixel_at(std::min(left.y, right.y) - margin), 0);
     const int last_row = std::min(pixel_at(std::max(left.y, right.y) + margin), line.rows - 1);
     for (int row = first_row; row <= last_row; ++row) {

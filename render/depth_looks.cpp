@@ -13,7 +13,8 @@ namespace
 {
 
 constexpr std::int32_t least_look_after = 128;
-constexpr double most_look_time = 0.016; // seconds of drawing; what pays is found again so
+constexpr std::int32_t most_look_after = 1 << 20; // where no pace is known
+constexpr double most_look_time = 0.016;          // seconds of drawing; what pays is found again so
 constexpr pixel_range nothing_touched = {INT32_MAX, INT32_MAX, -1, -1};
 constexpr GLuint half_depth = GLuint{1} << 31;
 
@@ -53,20 +54,21 @@ void see_depths(depth_looks &looks, covered_pixels &covered, const picture_area 
 }
 
 // Weighs what the last look has spared against what could have been drawn meanwhile:
-// looks that pay come sooner.
+// looks that pay come sooner. Most of what is spared would have taken less time than what
+// is drawn, and the renderer idles at a look: so it has to spare several times its cost.
 void weigh(depth_looks &looks, double vertices_per_second)
 {
+    const bool is_pace_known = vertices_per_second > 0;
     const double cost = (looks.least_wait + looks.seeing) * vertices_per_second;
     const auto spared = static_cast<double>(looks.spared);
     double after = looks.look_after;
-    // What it showed spares more after the next look, too: half of its cost is enough.
-    if (spared > cost / 2)
-        after /= 2;
-    else if (spared < cost / 3)
+    if (!is_pace_known || spared < 5 * cost)
         after *= 2;
-    constexpr double least = least_look_after;
+    else if (spared > 10 * cost)
+        after /= 2;
+    const double most = is_pace_known ? most_look_time * vertices_per_second : most_look_after;
     looks.look_after = static_cast<std::int32_t>(
-        std::clamp(after, least, std::max(most_look_time * vertices_per_second, least)));
+        std::clamp(after, double{least_look_after}, std::max(most, double{least_look_after})));
 }
 
 } // namespace

@@ -1,8 +1,10 @@
 #include "render/newest_first.hpp"
 
+#include "render/blank_lines.hpp"
 #include "render/crossed_pixels.hpp"
 
 #include <algorithm>
+#include <bit>
 #include <span>
 
 namespace vimbo
@@ -15,6 +17,7 @@ constexpr std::int32_t most_chunks_at_once = 8192; // gone through for one batch
 constexpr int most_runs = path_run_capacity / 2;   // those of one chunk more fit
 constexpr std::int32_t part_vertices = 16;         // left out or drawn together, of a chunk
 constexpr std::int32_t stretch_of_parts = 64;      // looked at first, of a longer chunk
+static_assert(part_vertices <= most_lines_at_once);
 static_assert(stretch_vertices / 2 <= path_run_capacity - most_runs,
               "chunks are not longer than a stretch, and every other line may be left out");
 
@@ -61,7 +64,7 @@ bool is_left_out(newest_first &pass, const path_part &part)
         return true;
     if (!is_hidden(pass.covered, part.box, part.range))
         return false;
-    pass.hidden += part.end - part.first;
+    pass.left_out += part.end - part.first;
     if (!was_hidden(pass.covered, part.box, part.range))
         pass.looks.spared += part.end - part.first;
     return true;
@@ -73,18 +76,18 @@ void add_to_batch(newest_first &pass, const path_part &part)
     touch(pass.looks, part.range);
 }
 
-// Where next to nothing is hidden, lines are looked at in some chunks only: so it is
+// Where next to nothing is left out, lines are looked at in some chunks only: so it is
 // still seen when that changes.
 bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
 {
     constexpr std::int32_t stretch = 1 << 16;
     constexpr std::int32_t some = 8;
     if (pass.in_view >= stretch) {
-        pass.covers_itself = pass.hidden >= pass.in_view / 4;
+        pass.much_left_out = pass.left_out >= pass.in_view / 4;
         pass.in_view = 0;
-        pass.hidden = 0;
+        pass.left_out = 0;
     }
-    return pass.covers_itself || chunk % some == 0;
+    return pass.much_left_out || chunk % some == 0;
 }
 
 // From the vertex before a part: its first segment starts there.
@@ -96,22 +99,29 @@ std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mo
 
 // Lines are looked at one by one where they are so long that what is drawn of them for
 // nothing costs more.
-bool is_of_long_lines(const path_part &part)
+bool are_long(const path_part &part)
 {
     constexpr double long_line = 32; // pixels
     const pixel_box &box = part.box;
     return std::max(box.right - box.left, box.top - box.bottom) >= long_line;
 }
 
-// Adds those lines of a part to the batch that can be seen. Gives how many.
+// And where they are so short that half of them cover no pixel.
+bool are_mostly_blank(std::uint32_t lines_to_draw)
+{
+    return 2 * std::popcount(lines_to_draw) <= part_vertices;
+}
+
+// Adds those of these lines of a part to the batch that can be seen. Gives how many.
 std::int32_t take_lines(newest_first &pass, const path_projection &target, const path_part &part,
-                        std::span<const path_vertex> strip, double off)
+                        std::span<const path_vertex> strip, double off, std::uint32_t lines)
 {
     std::int32_t taken = 0;
     std::int32_t end = part.end;
     for (std::size_t at = strip.size() - 1; at > 0; --at, --end) {
-        if (is_line_hidden(pass.covered, strip[at - 1], strip[at], off, target)) {
-            ++pass.hidden;
+        if ((lines >> (at - 1) & 1) == 0 ||
+            is_line_hidden(pass.covered, strip[at - 1], strip[at], off, target)) {
+            ++pass.left_out;
             continue;
         }
         add_run(pass.runs, end - 1, end);
@@ -122,8 +132,26 @@ std::int32_t take_lines(newest_first &pass, const path_projection &target, const
     return taken;
 }
 
-// Adds the parts that can be seen to the batch: what they cover for certain is covered
-// from here on. Gives how many vertices they have.
+// Adds a part to the batch: what it covers for certain is covered from here on. Gives how
+// many vertices count as drawn: of long lines the drawn ones; of short ones all, as going
+// through them takes as long.
+std::int32_t take_part(newest_first &pass, const path_projection &target, const path_part &part,
+                       std::span<const path_vertex> strip, double off)
+{
+    constexpr std::uint32_t all_lines = ~std::uint32_t{0};
+    if (are_long(part))
+        return take_lines(pass, target, part, strip, off, all_lines);
+    const std::uint32_t lines = lines_with_pixels(strip, off, target);
+    if (are_mostly_blank(lines)) {
+        take_lines(pass, target, part, strip, off, lines);
+    } else {
+        add_to_batch(pass, part);
+        cover_crossed(pass.covered, strip, off, target);
+    }
+    return part.end - part.first;
+}
+
+// Adds the parts that can be seen to the batch. Gives how many vertices count as drawn.
 std::int32_t take_parts(newest_first &pass, const path_projection &target,
                         const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
 {
@@ -133,16 +161,8 @@ std::int32_t take_parts(newest_first &pass, const path_projection &target,
         const std::span<const path_vertex> strip = strip_of(pass, mosaic, part_first, part_end);
         const path_box box = box_around(strip);
         const path_part part = part_of(pass, target, box, part_first, part_end);
-        if (is_left_out(pass, part))
-            continue;
-        const double off = rounding_of(box, target);
-        if (is_of_long_lines(part)) {
-            taken += take_lines(pass, target, part, strip, off);
-            continue;
-        }
-        add_to_batch(pass, part);
-        cover_crossed(pass.covered, strip, off, target);
-        taken += part_end - part_first;
+        if (!is_left_out(pass, part))
+            taken += take_part(pass, target, part, strip, rounding_of(box, target));
     }
     return taken;
 }
@@ -175,8 +195,8 @@ bool skip_group(newest_first &pass, const path_chunks &chunks)
     return true;
 }
 
-// Goes on from chunk to chunk until the batch has that many vertices. Gives how
-// many it has.
+// Goes on from chunk to chunk until the batch has that many vertices. Gives how many it has,
+// counted as in take_part.
 std::int32_t gather_batch(newest_first &pass, const path_projection &target,
                           const path_chunks &chunks, const mosaic_state &mosaic,
                           std::int32_t most_vertices)
@@ -250,8 +270,8 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
     pass.drawn = 0;
     pass.visible = lengths_in(target);
     pass.in_view = 0;
-    pass.hidden = 0;
-    pass.covers_itself = true;
+    pass.left_out = 0;
+    pass.much_left_out = true;
     forget_vertices(pass.vertices);
     begin_looks(pass.looks);
 }
@@ -263,10 +283,11 @@ std::int32_t draw_newest(newest_first &pass, const path_projection &target,
     const std::int32_t most = std::min(most_vertices, pass.looks.look_after - pass.looks.unseen);
     const std::int32_t drawn = gather_batch(pass, target, chunks, parts.mosaic, most);
     pass.under_way = pass.undrawn > pass.first;
-    if (drawn > 0)
-        draw_batch(pass, target, parts);
     pass.drawn += drawn;
-    pass.looks.unseen += drawn;
+    if (pass.runs.used > 0) {
+        draw_batch(pass, target, parts);
+        pass.looks.unseen += drawn;
+    }
     if (pass.under_way && is_look_due(pass.looks))
         look_at_depths(pass.looks, pass.covered, target.area, vertices_per_second);
     return drawn;

@@ -11,7 +11,8 @@
 // with GL_LEQUAL the later one wins; an older batch is farther and never covers a
 // newer one. So the picture is, to the pixel, that of one draw in the path's order.
 // Chunks whose every pixel is covered, or which lie outside of the picture, are left out,
-// and so are parts of them, and long lines by themselves. Most of what a chunk covers is
+// and so are parts of them, long lines by themselves, and lines so short that they cover no
+// pixel (`blank_lines`). Most of what a chunk covers is
 // worked out of its lines (`crossed_pixels`) as soon as the chunk is in a batch. What that
 // leaves open is seen by a look at the depths, now and then (`depth_looks`).
 #pragma once
@@ -36,12 +37,12 @@ struct newest_first {
     std::int32_t first;   // the vertices at whose segments the pass is, from
     std::int32_t undrawn; // here, to here; those up to its end are done
     std::int32_t batches; // drawn in this pass
-    std::int32_t drawn;   // vertices of theirs; the others were left out
+    std::int32_t drawn;   // vertices of theirs, blank lines between them included
     path_box visible;     // what lies beside it is outside of the picture
 
-    std::int32_t in_view; // vertices, of late;
-    std::int32_t hidden;  // of these
-    bool covers_itself;   // many of them were hidden
+    std::int32_t in_view;  // vertices, of late;
+    std::int32_t left_out; // of these
+    bool much_left_out;    // many of them were
 
     depth_looks looks;
 
@@ -57,7 +58,7 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
                         std::int32_t end);
 
 /// Draws a batch of at most about so many vertices, and looks at the depths when it
-/// is time to: `vertices_per_second` says what a look is worth. Gives how many were
+/// is time to: `vertices_per_second` says what a look is worth. Gives how many count as
 /// drawn.
 std::int32_t draw_newest(newest_first &pass, const path_projection &target,
                          const path_chunks &chunks, const picture_parts &parts,

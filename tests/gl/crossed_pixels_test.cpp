@@ -209,4 +209,30 @@ TEST_F(CrossedPixels, AreDrawnWhereLinesEndOnTheEdgesOfDiamonds)
     EXPECT_GT(hidden_lines, line_count / 10 * 9) << "few lines are known to be hidden";
 }
 
+TEST_F(CrossedPixels, AreDrawnWhereDiagonalLinesBeginNextToTheEdgesOfDiamonds)
+{
+    std::mt19937 random(23);
+    const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
+    const auto side = [&] { return random() % 2 == 0 ? 1 : -1; };
+    for (const double longest : {0.2, 1.0, 20.0}) {
+        std::vector<path_vertex> ends;
+        for (int i = 0; i < 6000; ++i) {
+            const double across = 0.5 * share();
+            const double up = 0.499 - across;
+            const double x = std::floor(share() * area.width) + 0.5 + side() * across;
+            const double y = std::floor(share() * area.height) + 0.5 + side() * up;
+            const double length = longest * share();
+            const double steepness = 1 + 0.1 * (share() - 0.5);
+            ends.push_back(at(x, y));
+            ends.push_back(at(x + side() * length, y + side() * length * steepness));
+            if (random() % 2 == 0)
+                std::swap(ends[ends.size() - 2], ends.back());
+        }
+        compare(ends);
+    }
+    EXPECT_EQ(wrong_count, 0);
+    EXPECT_EQ(wrongly_hidden, 0);
+    EXPECT_GT(hidden_lines, line_count / 10 * 8) << "few lines are known to be hidden";
+}
+
 } // namespace

@@ -147,11 +147,22 @@ TEST_F(DepthLooks, ComeTwiceAsOftenWhereTheyPayAndHalfAsOftenWhereTheyDoNot)
         return looks.look_after;
     };
     EXPECT_EQ(after(0), 4000);
-    EXPECT_EQ(after(332), 4000);
-    EXPECT_EQ(after(334), 2000);
-    EXPECT_EQ(after(500), 2000);
-    EXPECT_EQ(after(502), 1000);
+    EXPECT_EQ(after(4999), 4000);
+    EXPECT_EQ(after(5001), 2000);
+    EXPECT_EQ(after(9999), 2000);
+    EXPECT_EQ(after(10001), 1000);
     EXPECT_EQ(after(1000000), 1000);
+}
+
+TEST_F(DepthLooks, BecomeFewWhereItIsNotKnownWhatTheyCost)
+{
+    looks.look_after = 2000;
+    looks.spared = 1000000;
+    look_at_depths(looks, *covered, area, 0);
+    EXPECT_EQ(looks.look_after, 4000);
+    for (int i = 0; i < 20; ++i)
+        look_at_depths(looks, *covered, area, 0);
+    EXPECT_EQ(looks.look_after, 1 << 20);
 }
 
 TEST_F(DepthLooks, ComeNeitherAfterAFewLinesNorLaterThanTheDriverDrawsInAFewFrames)

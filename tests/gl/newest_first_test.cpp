@@ -64,6 +64,25 @@ std::vector<path_vertex> spiral(int moves)
     return points;
 }
 
+// Steps of a fifth of a pixel and less in all directions, as of a finely sampled drawing.
+std::vector<path_vertex> winding(int moves)
+{
+    std::mt19937 random(21);
+    std::vector<path_vertex> points;
+    double x = 0;
+    double y = 0;
+    double angle = 0;
+    for (int i = 0; i < moves; ++i) {
+        angle += (static_cast<double>(random() % 2001) / 1000 - 1) / 20;
+        x += 0.02 * millimetre * std::cos(angle);
+        y += 0.02 * millimetre * std::sin(angle);
+        if (std::hypot(x, y) > 40 * millimetre)
+            angle = std::atan2(-y, -x);
+        points.push_back(move_to(x, y, i % 5 != 0));
+    }
+    return points;
+}
+
 std::vector<path_vertex> scatter(int moves, double reach, unsigned int seed)
 {
     std::mt19937 random(seed);
@@ -145,6 +164,8 @@ TEST_F(NewestFirst, HasThePixelsOfADirectDrawWhateverThePath)
     expect_direct_views("short hatch");
     load(spiral(200000));
     expect_direct_views("spiral");
+    load(winding(200000));
+    expect_direct_views("winding");
     load(scatter(200000, 1.0 * millimetre, 5));
     expect_direct_views("scatter");
     load(scatter(30000, 60.0 * millimetre, 6));
