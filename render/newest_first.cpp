@@ -106,10 +106,10 @@ bool are_long(const path_part &part)
     return std::max(box.right - box.left, box.top - box.bottom) >= long_line;
 }
 
-// And where they are so short that half of them cover no pixel.
+// And where they are so short that two of three cover no pixel.
 bool are_mostly_blank(std::uint32_t lines_to_draw)
 {
-    return 2 * std::popcount(lines_to_draw) <= part_vertices;
+    return 3 * std::popcount(lines_to_draw) <= part_vertices;
 }
 
 // Adds those of these lines of a part to the batch that can be seen. Gives how many.
