@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace
 {
@@ -296,7 +297,13 @@ TEST_P(Density, LeavesNoTraceOfWhatIsDrawnInParts)
     const point beside = {width / 2, height - 40};
     screen->move(beside);
     screen->settle();
-    const image in_parts = screen->screenshot();
+    image in_parts = screen->screenshot();
+    const auto stands = [&] {
+        const image before = std::exchange(in_parts, screen->screenshot());
+        screen->settle();
+        return before.pixels == in_parts.pixels;
+    };
+    ASSERT_TRUE(wait_until(stands));
     // Comes back to the same window, which is then drawn whole.
     desktop->set_scale(GetParam() == 3 ? 2 : 3);
     screen->settle();
