@@ -12,9 +12,9 @@
 // newer one. So the picture is, to the pixel, that of one draw in the path's order.
 // Chunks whose every pixel is covered, or which lie outside of the picture, are left out,
 // and so are parts of them, long lines by themselves, and lines so short that they cover no
-// pixel (`blank_lines`). Most of what a chunk covers is
-// worked out of its lines (`crossed_pixels`) as soon as the chunk is in a batch. What that
-// leaves open is seen by a look at the depths, now and then (`depth_looks`).
+// pixel (`blank_lines`). Most of what a chunk covers is worked out of its lines
+// (`crossed_pixels`) as soon as the chunk is in a batch. What that leaves open is seen by a
+// look at the depths, now and then (`depth_looks`).
 #pragma once
 
 #include "render/covered_pixels.hpp"

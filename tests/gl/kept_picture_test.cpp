@@ -445,10 +445,10 @@ protected:
                 const bool within =
                     x >= part.left && x < part.right && y >= part.bottom && y < part.top;
                 const rig::colour wanted = within ? rig::background : rig::colour{0, 0, 0};
+                filled += rig::colour{pixel[0], pixel[1], pixel[2]} == rig::background ? 1 : 0;
                 ASSERT_EQ(std::tuple(pixel[0], pixel[1], pixel[2], pixel[3]),
                           std::tuple(wanted.red, wanted.green, wanted.blue, 0))
                     << "at " << x << ", " << y;
-                filled += within ? 1 : 0;
             }
         EXPECT_EQ(filled, count);
     }
