@@ -2,6 +2,7 @@
 
 #include "render/blank_lines.hpp"
 #include "render/crossed_pixels.hpp"
+#include "render/path_sight.hpp"
 
 #include <algorithm>
 #include <bit>
@@ -26,47 +27,38 @@ static_assert(stretch_vertices / 2 <= path_run_capacity - most_runs,
 constexpr double depth_step = 0.5 / chunk_capacity;
 static_assert(chunk_capacity <= 1 << 20);
 
-// A range that touches the newest run makes it longer.
-void add_run(path_runs &runs, std::int32_t first, std::int32_t end)
+// From the vertex before a part: its first segment starts there.
+std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mosaic,
+                                      std::int32_t first, std::int32_t end)
 {
-    const int newest = path_run_capacity - runs.used;
-    // From the vertex before: the first segment starts there.
-    const std::int32_t from = std::max(first - 1, 0);
-    if (runs.used > 0 && runs.first[newest] == end - 1) {
-        runs.count[newest] += runs.first[newest] - from;
-        runs.first[newest] = from;
-        return;
-    }
-    ++runs.used;
-    runs.first[newest - 1] = from;
-    runs.count[newest - 1] = end - from;
+    return vertices_between(pass.vertices, mosaic, std::max(first - 1, 0), end);
 }
 
-// Segments that end at these vertices, and where they lie.
-struct path_part {
-    std::int32_t first;
-    std::int32_t end;
-    pixel_box box;
-    pixel_range range; // range_of the box
-};
-
-path_part part_of(const newest_first &pass, const path_projection &target, const path_box &box,
-                  std::int32_t first, std::int32_t end)
+// Notes that a part is covered.
+void leave_out(newest_first &pass, const path_part &part)
 {
-    const pixel_box pixels = pixels_of(box, target);
-    return {first, end, pixels, range_of(pass.covered, pixels)};
-}
-
-// True of a part that cannot be seen, as it is covered or lies outside.
-bool is_left_out(newest_first &pass, const path_part &part)
-{
-    if (part.range.right < part.range.left)
-        return true;
-    if (!is_hidden(pass.covered, part.box, part.range))
-        return false;
     pass.left_out += part.end - part.first;
     if (!was_hidden(pass.covered, part.box, part.range))
         pass.looks.spared += part.end - part.first;
+}
+
+// True of a part that cannot be seen, as it is covered or lies outside.
+bool is_left_out(newest_first &pass, const path_projection &target, const mosaic_state &mosaic,
+                 const path_part &part)
+{
+    const path_sight sight = sight_of(pass.covered, part);
+    if (sight == path_sight::outside)
+        return true;
+    if (sight == path_sight::seen)
+        return false;
+    if (sight == path_sight::doubtful) {
+        if (part.end - part.first >= window_vertices) // more than can be read at once
+            return false;
+        const std::span<const path_vertex> strip = strip_of(pass, mosaic, part.first, part.end);
+        if (!is_doubt_unfounded(pass.covered, part, strip, target))
+            return false;
+    }
+    leave_out(pass, part);
     return true;
 }
 
@@ -90,13 +82,6 @@ bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
     return pass.much_left_out || chunk % some == 0;
 }
 
-// From the vertex before a part: its first segment starts there.
-std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mosaic,
-                                      std::int32_t first, std::int32_t end)
-{
-    return vertices_between(pass.vertices, mosaic, std::max(first - 1, 0), end);
-}
-
 // Lines are looked at one by one where they are so long that what is drawn of them for
 // nothing costs more.
 bool are_long(const path_part &part)
@@ -114,18 +99,18 @@ bool are_mostly_blank(std::uint32_t lines_to_draw)
 
 // Adds those of these lines of a part to the batch that can be seen. Gives how many.
 std::int32_t take_lines(newest_first &pass, const path_projection &target, const path_part &part,
-                        std::span<const path_vertex> strip, double off, std::uint32_t lines)
+                        std::span<const path_vertex> strip, std::uint32_t lines)
 {
     std::int32_t taken = 0;
     std::int32_t end = part.end;
     for (std::size_t at = strip.size() - 1; at > 0; --at, --end) {
         if ((lines >> (at - 1) & 1) == 0 ||
-            is_line_hidden(pass.covered, strip[at - 1], strip[at], off, target)) {
+            is_line_hidden(pass.covered, strip[at - 1], strip[at], part.off, target)) {
             ++pass.left_out;
             continue;
         }
         add_run(pass.runs, end - 1, end);
-        cover_crossed(pass.covered, strip.subspan(at - 1, 2), off, target);
+        cover_crossed(pass.covered, strip.subspan(at - 1, 2), part.off, target);
         ++taken;
     }
     touch(pass.looks, part.range);
@@ -136,22 +121,40 @@ std::int32_t take_lines(newest_first &pass, const path_projection &target, const
 // many vertices count as drawn: of long lines the drawn ones; of short ones all, as going
 // through them takes as long.
 std::int32_t take_part(newest_first &pass, const path_projection &target, const path_part &part,
-                       std::span<const path_vertex> strip, double off)
+                       std::span<const path_vertex> strip)
 {
     constexpr std::uint32_t all_lines = ~std::uint32_t{0};
     if (are_long(part))
-        return take_lines(pass, target, part, strip, off, all_lines);
-    const std::uint32_t lines = lines_with_pixels(strip, off, target);
+        return take_lines(pass, target, part, strip, all_lines);
+    const std::uint32_t lines = lines_with_pixels(strip, part.off, target);
     if (are_mostly_blank(lines)) {
-        take_lines(pass, target, part, strip, off, lines);
+        take_lines(pass, target, part, strip, lines);
     } else {
         add_to_batch(pass, part);
-        cover_crossed(pass.covered, strip, off, target);
+        cover_crossed(pass.covered, strip, part.off, target);
     }
     return part.end - part.first;
 }
 
-// Adds the parts that can be seen to the batch. Gives how many vertices count as drawn.
+// The same with what can be seen of a part, or may be.
+std::int32_t take_in_sight(newest_first &pass, const path_projection &target, const path_part &part,
+                           std::span<const path_vertex> strip)
+{
+    const path_sight sight = sight_of(pass.covered, part);
+    if (sight == path_sight::seen)
+        return take_part(pass, target, part, strip);
+    if (sight == path_sight::outside)
+        return 0;
+    if (sight == path_sight::doubtful) {
+        const std::uint32_t lines = doubtful_lines(strip, part.off, target);
+        if (lines != 0)
+            return take_lines(pass, target, part, strip, lines);
+    }
+    leave_out(pass, part);
+    return 0;
+}
+
+// The same with all parts from the vertex `first` to `end`.
 std::int32_t take_parts(newest_first &pass, const path_projection &target,
                         const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
 {
@@ -159,10 +162,9 @@ std::int32_t take_parts(newest_first &pass, const path_projection &target,
     for (std::int32_t part_end = end; part_end > first; part_end -= part_vertices) {
         const std::int32_t part_first = std::max(part_end - part_vertices, first);
         const std::span<const path_vertex> strip = strip_of(pass, mosaic, part_first, part_end);
-        const path_box box = box_around(strip);
-        const path_part part = part_of(pass, target, box, part_first, part_end);
-        if (!is_left_out(pass, part))
-            taken += take_part(pass, target, part, strip, rounding_of(box, target));
+        const path_part part =
+            part_of(pass.covered, target, box_around(strip), part_first, part_end);
+        taken += take_in_sight(pass, target, part, strip);
     }
     return taken;
 }
@@ -178,7 +180,8 @@ std::int32_t take_chunk(newest_first &pass, const path_projection &target,
     for (std::int32_t stretch_end = end; stretch_end > first; stretch_end -= stretch_of_parts) {
         const std::int32_t stretch_first = std::max(stretch_end - stretch_of_parts, first);
         const path_box box = box_around(strip_of(pass, mosaic, stretch_first, stretch_end));
-        if (!is_left_out(pass, part_of(pass, target, box, stretch_first, stretch_end)))
+        const path_part stretch = part_of(pass.covered, target, box, stretch_first, stretch_end);
+        if (!is_left_out(pass, target, mosaic, stretch))
             taken += take_parts(pass, target, mosaic, stretch_first, stretch_end);
     }
     return taken;
@@ -213,9 +216,10 @@ std::int32_t gather_batch(newest_first &pass, const path_projection &target,
         pass.undrawn = std::max(chunk * chunks.chunk_vertices, pass.first);
         if (are_apart(chunks.boxes[chunk], pass.visible))
             continue;
-        const path_part whole = part_of(pass, target, chunks.boxes[chunk], pass.undrawn, end);
+        const path_part whole =
+            part_of(pass.covered, target, chunks.boxes[chunk], pass.undrawn, end);
         pass.in_view += end - pass.undrawn;
-        if (is_left_out(pass, whole))
+        if (is_left_out(pass, target, mosaic, whole))
             continue;
         if (is_worth_looking_into(pass, chunk)) {
             gathered += take_chunk(pass, target, mosaic, whole.first, whole.end);

@@ -73,6 +73,21 @@ void draw_path_range(GLuint program, const path_matrix &matrix, GLuint vertex_ar
     glDrawArrays(GL_LINE_STRIP, first, count);
 }
 
+void add_run(path_runs &runs, std::int32_t first, std::int32_t end)
+{
+    const int newest = path_run_capacity - runs.used;
+    // From the vertex before: the first segment starts there.
+    const std::int32_t from = std::max(first - 1, 0);
+    if (runs.used > 0 && runs.first[newest] == end - 1) {
+        runs.count[newest] += runs.first[newest] - from;
+        runs.first[newest] = from;
+        return;
+    }
+    ++runs.used;
+    runs.first[newest - 1] = from;
+    runs.count[newest - 1] = end - from;
+}
+
 void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array, path_runs &runs,
                     const path_colours &colours)
 {

@@ -59,6 +59,10 @@ struct path_runs {
     GLuint line_ends[2 * path_line_capacity];
 };
 
+/// Adds the segments that end at these vertices: they lie before all that were added, and make
+/// the newest run longer where they touch it. There must be room for one run more.
+void add_run(path_runs &runs, std::int32_t first, std::int32_t end);
+
 /// Draws the runs in the path's order, with a program and a vertex array that are there.
 void draw_path_runs(GLuint program, const path_matrix &matrix, GLuint vertex_array, path_runs &runs,
                     const path_colours &colours);

@@ -1,6 +1,6 @@
 // Lines that are told to cover no pixel, drawn by the driver.
 #include "render/blank_lines.hpp"
-#include "tests/gl/preview_rig.hpp"
+#include "tests/gl/line_rig.hpp"
 
 #include <gtest/gtest.h>
 
@@ -17,26 +17,9 @@ namespace
 using namespace rig;
 using vimbo::path_vertex;
 
-constexpr vimbo::picture_area area = {40, 60, 96, 80};
-
-class BlankLines : public preview_rig
+class BlankLines : public line_rig
 {
 protected:
-    void project_into_area(bool upside_down)
-    {
-        target = project(vimbo::preview_matrix(preview, area.width, area.height), area, upside_down,
-                         vimbo::driver_grid());
-    }
-
-    // A place in pixels of the area, as a path's vertex.
-    path_vertex at(double x, double y) const
-    {
-        const auto length = [](double pixel, const vimbo::pixel_axis &axis) {
-            return static_cast<std::int32_t>(std::round((pixel - axis.shift) / axis.scale));
-        };
-        return {length(x, target.x), length(y, target.y)};
-    }
-
     // Half of them begin where rounding decides: on a grid of eighths, or next to it.
     path_vertex begin_of_line()
     {
@@ -99,7 +82,6 @@ protected:
 
     std::vector<path_vertex> blank;
     std::vector<path_vertex> others;
-    vimbo::path_projection target = {};
 
 private:
     void draw_some(std::size_t vertices, std::size_t first)

@@ -251,12 +251,37 @@ TEST_F(NewestFirstPass, GoesPastWhatLiesBesideTheView)
     EXPECT_EQ(pass->in_view, 16 + 48);
 }
 
+// Lines there and back within a row, next to another one; the newest of them cover it.
+path_vertex beside_a_row(std::int32_t i)
+{
+    if (i >= 128)
+        return row_end(i);
+    return i % 2 == 0 ? at(95.25, 10.75) : at(105.25, 10.75);
+}
+
+TEST_F(NewestFirstPass, LeavesOutLevelLinesNextToARowThatIsOpen)
+{
+    make_path(192, 64, beside_a_row);
+    begin(64);
+    EXPECT_EQ(draw(), 16) << "more than a part that covers the row";
+    EXPECT_EQ(pass->left_out, 48 + 64);
+}
+
+TEST_F(NewestFirstPass, DrawsLinesThatGoAlongTheEdgeOfADiamondNextToARowThatIsOpen)
+{
+    make_path(192, 64,
+              [](std::int32_t i) { return i == 100 ? at(105.125, 10.625) : beside_a_row(i); });
+    begin(64);
+    EXPECT_EQ(draw(), 16 + 2) << "there and back";
+    EXPECT_EQ(pass->left_out, 48 + 62);
+}
+
 TEST_F(NewestFirstPass, LooksAtTheDepthsAfterSoManyVertices)
 {
     make_path(64 * 100, 64, [](std::int32_t) { return spot; });
-    pass->looks.look_after = 200;
+    pass->looks.look_after = 600;
     begin();
-    EXPECT_EQ(draw(), 256) << "no more than that many before a look";
+    EXPECT_EQ(draw(), 640) << "no more than that many before a look";
     EXPECT_EQ(pass->looks.unseen, 0) << "no look was taken";
     EXPECT_EQ(pass->looks.touched.right, -1);
     pass->looks.look_after = no_limit;
@@ -269,14 +294,14 @@ TEST_F(NewestFirstPass, LeavesOutWhatALookHasSeenAndCountsThat)
     // Many lines that leave their pixel open, and one pixel that they all lie in.
     make_path(64 * 100, 64,
               [](std::int32_t i) { return i % 2 == 0 ? at(100.5, 30.5) : at(101.5, 30.5); });
-    pass->looks.look_after = 128;
+    pass->looks.look_after = 512;
     begin(64);
-    EXPECT_EQ(draw(), 128);
+    EXPECT_EQ(draw(), 512);
     EXPECT_EQ(pass->looks.unseen, 0);
     pass->looks.look_after = no_limit;
     EXPECT_EQ(draw(), 0) << "they are covered, as the depths tell";
-    EXPECT_EQ(pass->left_out, 64 * 97);
-    EXPECT_EQ(pass->looks.spared, 64 * 97);
+    EXPECT_EQ(pass->left_out, 64 * 91);
+    EXPECT_EQ(pass->looks.spared, 64 * 91);
     EXPECT_FALSE(pass->under_way);
 }
 
