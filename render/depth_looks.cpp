@@ -12,7 +12,7 @@ namespace vimbo
 namespace
 {
 
-constexpr std::int32_t least_look_after = 128;
+constexpr std::int32_t least_look_after = 512;
 constexpr std::int32_t most_look_after = 1 << 20; // where no pace is known
 constexpr double most_look_time = 0.016;          // seconds of drawing; what pays is found again so
 constexpr pixel_range nothing_touched = {INT32_MAX, INT32_MAX, -1, -1};
@@ -53,18 +53,22 @@ void see_depths(depth_looks &looks, covered_pixels &covered, const picture_area 
     looks.least_wait = looks.least_wait > 0 ? std::min(looks.least_wait, waiting) : waiting;
 }
 
-// Weighs what the last look has spared against what could have been drawn meanwhile:
-// looks that pay come sooner. Most of what is spared would have taken less time than what
-// is drawn, and the renderer idles at a look: so it has to spare several times its cost.
+// Weighs what looks have spared of late against what could have been drawn meanwhile: where
+// they pay, they come sooner. Most of what is spared would have taken less time than what is
+// drawn, and the renderer idles at a look: so it has to spare many times its cost. One look
+// alone says little: of a hatch, most spare nothing, and then one half of a row.
 void weigh(depth_looks &looks, double vertices_per_second)
 {
+    constexpr double share_of_last = 0.2;
+    constexpr double least_worth = 12;
+    looks.spared_of_late +=
+        (static_cast<double>(looks.spared) - looks.spared_of_late) * share_of_last;
     const bool is_pace_known = vertices_per_second > 0;
     const double cost = (looks.least_wait + looks.seeing) * vertices_per_second;
-    const auto spared = static_cast<double>(looks.spared);
     double after = looks.look_after;
-    if (!is_pace_known || spared < 5 * cost)
+    if (!is_pace_known || looks.spared_of_late < least_worth * cost)
         after *= 2;
-    else if (spared > 10 * cost)
+    else if (looks.spared_of_late > 2 * least_worth * cost)
         after /= 2;
     const double most = is_pace_known ? most_look_time * vertices_per_second : most_look_after;
     looks.look_after = static_cast<std::int32_t>(

@@ -2,7 +2,7 @@
 // drawn on is at the far end, what was is in the nearer half.
 //
 // A look waits for the driver, and costs as much as drawing a hundred lines or more. How
-// far apart they are depends on what the last one has spared.
+// far apart they are depends on what the last ones have spared.
 #pragma once
 
 #include "render/covered_pixels.hpp"
@@ -19,6 +19,7 @@ struct depth_looks {
     std::int32_t unseen;     // vertices drawn since the last one
     pixel_range touched;     // by them
     std::int64_t spared;     // vertices left out thanks to the last look
+    double spared_of_late;   // the same, a mean in which the last looks count most
     double seeing;           // seconds that it took to read the depths
     double least_wait;       // seconds that a look has waited for the driver, at least
 };

@@ -124,16 +124,18 @@ TEST_F(DepthLooks, AreDueAfterSoManyVertices)
 
 TEST_F(DepthLooks, KeepForTheNextPassHowOftenTheyPay)
 {
-    EXPECT_EQ(looks.look_after, 128) << "at first";
+    EXPECT_EQ(looks.look_after, 512) << "at first";
     looks.look_after = 5000;
     looks.unseen = 7;
     looks.spared = 8;
     looks.seeing = 9;
+    looks.spared_of_late = 10;
     begin_looks(looks);
     EXPECT_EQ(looks.look_after, 5000);
     EXPECT_EQ(looks.unseen, 0);
     EXPECT_EQ(looks.spared, 0);
     EXPECT_EQ(looks.seeing, 0);
+    EXPECT_EQ(looks.spared_of_late, 10);
 }
 
 TEST_F(DepthLooks, ComeTwiceAsOftenWhereTheyPayAndHalfAsOftenWhereTheyDoNot)
@@ -143,15 +145,27 @@ TEST_F(DepthLooks, ComeTwiceAsOftenWhereTheyPayAndHalfAsOftenWhereTheyDoNot)
         looks.look_after = 2000;
         looks.seeing = 0.0005;
         looks.least_wait = 0.0005;
+        looks.spared_of_late = static_cast<double>(spared);
         look(spared);
         return looks.look_after;
     };
     EXPECT_EQ(after(0), 4000);
-    EXPECT_EQ(after(4999), 4000);
-    EXPECT_EQ(after(5001), 2000);
-    EXPECT_EQ(after(9999), 2000);
-    EXPECT_EQ(after(10001), 1000);
+    EXPECT_EQ(after(11999), 4000);
+    EXPECT_EQ(after(12001), 2000);
+    EXPECT_EQ(after(23999), 2000);
+    EXPECT_EQ(after(24001), 1000);
     EXPECT_EQ(after(1000000), 1000);
+}
+
+TEST_F(DepthLooks, AreWeighedByWhatSeveralOfThemHaveSpared)
+{
+    looks.spared_of_late = 10000;
+    look(20000);
+    EXPECT_EQ(looks.spared_of_late, 12000);
+    look(0);
+    EXPECT_EQ(looks.spared_of_late, 9600);
+    look(0);
+    EXPECT_EQ(looks.spared_of_late, 7680);
 }
 
 TEST_F(DepthLooks, BecomeFewWhereItIsNotKnownWhatTheyCost)
@@ -167,10 +181,11 @@ TEST_F(DepthLooks, BecomeFewWhereItIsNotKnownWhatTheyCost)
 
 TEST_F(DepthLooks, ComeNeitherAfterAFewLinesNorLaterThanTheDriverDrawsInAFewFrames)
 {
-    looks.look_after = 130;
-    look(1000000);
-    EXPECT_EQ(looks.look_after, 128);
+    looks.look_after = 520;
+    look(10000000);
+    EXPECT_EQ(looks.look_after, 512);
     looks.look_after = 9000;
+    looks.spared_of_late = 0;
     look(0);
     EXPECT_EQ(looks.look_after, 16000) << "of a million vertices a second";
 }
