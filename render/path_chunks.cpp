@@ -1,11 +1,11 @@
 #include "render/path_chunks.hpp"
 
+#include "render/vertex_pairs.hpp"
 #include "render/vertex_window.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 namespace vimbo
 {
@@ -17,11 +17,7 @@ constexpr std::int32_t least_chunk = 16;
 static_assert(std::int64_t{stretch_vertices} * chunk_capacity > INT32_MAX,
               "chunks are never longer than a stretch");
 
-// In single precision, as every processor compares four such numbers at once; GCC and
-// Clang have no plainer words for that. Two vertices lie in four lanes.
-using four_lengths [[gnu::vector_size(16)]] = length_unit;
-using four_floats [[gnu::vector_size(16)]] = float;
-
+// Two vertices lie in four lanes.
 struct rounded_box {
     four_floats low;
     four_floats high;
@@ -29,9 +25,7 @@ struct rounded_box {
 
 void add_pair(rounded_box &box, const path_vertex *pair)
 {
-    four_lengths lengths;
-    std::memcpy(&lengths, pair, sizeof lengths);
-    const auto now = __builtin_convertvector(lengths, four_floats);
+    const four_floats now = floats_of(pair);
     box.low = now < box.low ? now : box.low;
     box.high = now > box.high ? now : box.high;
 }
@@ -39,9 +33,7 @@ void add_pair(rounded_box &box, const path_vertex *pair)
 rounded_box rounded_box_of(std::span<const path_vertex> vertices, const path_vertex &from)
 {
     const path_vertex start[] = {from, vertices.back()};
-    four_lengths lengths;
-    std::memcpy(&lengths, start, sizeof lengths);
-    const auto first = __builtin_convertvector(lengths, four_floats);
+    const four_floats first = floats_of(start);
     // Two sums, which do not wait for each other.
     rounded_box even = {first, first};
     rounded_box odd = even;

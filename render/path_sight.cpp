@@ -1,10 +1,11 @@
 #include "render/path_sight.hpp"
 
+#include "render/vertex_pairs.hpp"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstring>
 
 namespace vimbo
 {
@@ -29,19 +30,8 @@ bool is_hidden_around(const covered_pixels &covered, const pixel_box &box, doubl
     return is_hidden(covered, around, range_of(covered, around));
 }
 
-// Two vertices, or two lines, at once; path_chunks.cpp says more.
-using four_lengths [[gnu::vector_size(16)]] = length_unit;
-using four_floats [[gnu::vector_size(16)]] = float;
-
-// In single precision, as the driver has them.
-four_floats floats_of(const path_vertex *pair)
-{
-    four_lengths lengths;
-    std::memcpy(&lengths, pair, sizeof lengths);
-    return __builtin_convertvector(lengths, four_floats);
-}
-
-// A line that is steeper than that either way has both bits of one half set.
+// Of two lines, in single precision as the driver has them: one that is steeper than that
+// against both axes has both lanes of its half set.
 four_lengths steeper(const path_vertex *pair, const four_floats &scale, float slope)
 {
     constexpr four_lengths magnitude = {INT32_MAX, INT32_MAX, INT32_MAX, INT32_MAX};

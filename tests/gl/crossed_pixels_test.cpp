@@ -99,15 +99,7 @@ TEST_F(CrossedPixels, AreDrawnWhereverALineLies)
             continue;
         project_into_area(upside_down);
         for (const double reach : {0.7, 3.0, 12.0, 60.0, 900.0}) {
-            const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
-            std::vector<path_vertex> ends;
-            for (int i = 0; i < 1500; ++i) {
-                const double x = share() * (area.width + 10) - 5;
-                const double y = share() * (area.height + 10) - 5;
-                ends.push_back(at(x, y));
-                ends.push_back(at(x + (2 * share() - 1) * reach, y + (2 * share() - 1) * reach));
-            }
-            compare(ends);
+            compare(lines_anywhere(1500, reach, 5, random));
         }
     }
     EXPECT_EQ(wrong_count, 0);
@@ -143,9 +135,8 @@ TEST_F(CrossedPixels, AreDrawnWhereLinesEndOnTheEdgesOfDiamonds)
 TEST_F(CrossedPixels, AreDrawnWhereDiagonalLinesBeginNextToTheEdgesOfDiamonds)
 {
     std::mt19937 random(23);
-    const auto vertex = [&](double x, double y) { return at(x, y); };
     for (const double longest : {0.2, 1.0, 20.0})
-        compare(lines_beside_edges(6000, longest, vertex, random));
+        compare(lines_beside_edges(6000, longest, random));
     EXPECT_EQ(wrong_count, 0);
     EXPECT_EQ(wrongly_hidden, 0);
     EXPECT_GT(hidden_lines, line_count / 10 * 8) << "few lines are known to be hidden";

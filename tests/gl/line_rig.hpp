@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rig
@@ -76,31 +77,54 @@ protected:
         vimbo::end_area();
     }
 
-    vimbo::path_projection target = {};
-};
-
-/// Lines of up to that many pixels that begin or end beside the edges of diamonds, and go
-/// along them, more or less.
-template <typename At, typename Random>
-std::vector<vimbo::path_vertex> lines_beside_edges(int count, double longest, At at, Random &random)
-{
-    const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
-    const auto side = [&] { return random() % 2 == 0 ? 1 : -1; };
-    std::vector<vimbo::path_vertex> ends;
-    for (int i = 0; i < count; ++i) {
-        const double across = 0.5 * share();
-        const double up = 0.499 - across;
-        const double x = std::floor(share() * area.width) + 0.5 + side() * across;
-        const double y = std::floor(share() * area.height) + 0.5 + side() * up;
-        const double length = longest * share();
-        const double steepness = 1 + 0.1 * (share() - 0.5);
-        ends.push_back(at(x, y));
-        ends.push_back(at(x + side() * length, y + side() * length * steepness));
-        if (random() % 2 == 0)
-            std::swap(ends[ends.size() - 2], ends.back());
+    /// Lines anywhere in the area, and so many pixels beside it, that reach up to so far.
+    template <typename Random>
+    std::vector<vimbo::path_vertex> lines_anywhere(int count, double reach, double beside,
+                                                   Random &random) const
+    {
+        std::vector<vimbo::path_vertex> ends;
+        for (int i = 0; i < count; ++i) {
+            const double x = share(random) * (area.width + 2 * beside) - beside;
+            const double y = share(random) * (area.height + 2 * beside) - beside;
+            ends.push_back(at(x, y));
+            ends.push_back(
+                at(x + (2 * share(random) - 1) * reach, y + (2 * share(random) - 1) * reach));
+        }
+        return ends;
     }
-    return ends;
-}
+
+    /// Lines of up to that many pixels that begin or end beside the edges of diamonds, and go
+    /// along them, more or less.
+    template <typename Random>
+    std::vector<vimbo::path_vertex> lines_beside_edges(int count, double longest,
+                                                       Random &random) const
+    {
+        const auto side = [&] { return random() % 2 == 0 ? 1 : -1; };
+        std::vector<vimbo::path_vertex> ends;
+        for (int i = 0; i < count; ++i) {
+            const double across = 0.5 * share(random);
+            const double up = 0.499 - across;
+            const double x = std::floor(share(random) * area.width) + 0.5 + side() * across;
+            const double y = std::floor(share(random) * area.height) + 0.5 + side() * up;
+            const double length = longest * share(random);
+            const double steepness = 1 + 0.1 * (share(random) - 0.5);
+            ends.push_back(at(x, y));
+            ends.push_back(at(x + side() * length, y + side() * length * steepness));
+            if (random() % 2 == 0)
+                std::swap(ends[ends.size() - 2], ends.back());
+        }
+        return ends;
+    }
+
+    vimbo::path_projection target = {};
+
+private:
+    template <typename Random>
+    static double share(Random &random)
+    {
+        return static_cast<double>(random() % 100001) / 100000;
+    }
+};
 
 /// Covers all of the area but one pixel.
 inline void cover_all_but(vimbo::covered_pixels &covered, int open_row, int open_column)

@@ -48,7 +48,7 @@ protected:
                           << " is left out although pixel " << column << ", " << row << " is open";
     }
 
-    // A part of these vertices, where all pixels are covered but the rows beside it.
+    // A part of these vertices, where the rows from `first` to `last` are covered.
     vimbo::path_part part_between_rows(const std::vector<path_vertex> &strip, int first, int last)
     {
         clear_covered(*covered, area.width, area.height);
@@ -68,20 +68,12 @@ protected:
 TEST_F(PathSight, IsOfAllThatCanBeSeen)
 {
     std::mt19937 random(31);
-    const auto share = [&] { return static_cast<double>(random() % 100001) / 100000; };
     for (const bool upside_down : {false, true}) {
         if (upside_down && !vimbo::can_turn_clip_origin())
             continue;
         project_into_area(upside_down);
         for (const double reach : {0.7, 3.0, 12.0}) {
-            std::vector<path_vertex> ends;
-            for (int i = 0; i < 1500; ++i) {
-                const double x = share() * area.width;
-                const double y = share() * area.height;
-                ends.push_back(at(x, y));
-                ends.push_back(at(x + (2 * share() - 1) * reach, y + (2 * share() - 1) * reach));
-            }
-            see_all(ends);
+            see_all(lines_anywhere(1500, reach, 0, random));
         }
     }
     EXPECT_EQ(left_out, 0);
@@ -91,9 +83,8 @@ TEST_F(PathSight, IsOfAllThatCanBeSeen)
 TEST_F(PathSight, IsOfLinesThatGoAlongTheEdgesOfDiamonds)
 {
     std::mt19937 random(32);
-    const auto vertex = [&](double x, double y) { return at(x, y); };
     for (const double longest : {0.2, 1.0, 20.0})
-        see_all(lines_beside_edges(6000, longest, vertex, random));
+        see_all(lines_beside_edges(6000, longest, random));
     EXPECT_EQ(left_out, 0);
     EXPECT_GT(doubtful, 10) << "no line was drawn past a corner";
 }
