@@ -1,6 +1,7 @@
 #include "render/blank_lines.hpp"
 
-#include <cmath>
+#include "render/turned_points.hpp"
+
 #include <limits>
 
 namespace vimbo
@@ -9,29 +10,21 @@ namespace vimbo
 namespace
 {
 
-// Added and taken away again, it rounds to the nearest whole number, which takes no call.
-constexpr double rounder = 0x1.8p52;
-
-// A point along the squares' sides, x + y and x - y, where their middles are whole numbers.
-struct turned_point {
-    double rising;
-    double falling;
-};
-
-double nearest_whole(double number)
+// All bits set where they are in both, or none.
+turned_mask in_both(const turned_mask &mask)
 {
-    return number + rounder - rounder;
+    return mask & __builtin_shufflevector(mask, mask, 1, 0);
 }
 
 // True when rounding cannot bring it out of its square. llvmpipe also draws lines that end
 // right on a line through a pixel's middle. An end is beside its place by twice as much as
 // along x or y.
-bool is_certain(const turned_point &point, const turned_point &middle, double off)
+turned_mask is_certain(const turned_point &at, const turned_point &middle, double off)
 {
-    const double rising = point.rising - middle.rising;
-    const double falling = point.falling - middle.falling;
-    return std::fabs(rising) <= 0.5 - 2 * off && std::fabs(falling) <= 0.5 - 2 * off &&
-           std::fabs(rising + falling) >= 2 * off && std::fabs(rising - falling) >= 2 * off;
+    const turned_point beside = at - middle;
+    const turned_point along_axes = __builtin_shufflevector(beside, beside, 0, 0) +
+                                    __builtin_shufflevector(beside, -beside, 1, 3);
+    return in_both((magnitude_of(beside) <= 0.5 - 2 * off) & (magnitude_of(along_axes) >= 2 * off));
 }
 
 } // namespace
@@ -39,18 +32,17 @@ bool is_certain(const turned_point &point, const turned_point &middle, double of
 std::uint32_t lines_with_pixels(std::span<const path_vertex> strip, double off,
                                 const path_projection &target)
 {
-    constexpr turned_point nowhere = {std::numeric_limits<double>::quiet_NaN(), 0};
-    const turned_point shift = {target.x.shift + target.y.shift, target.x.shift - target.y.shift};
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    const turned_point nowhere = {nan, nan};
+    const turned_projection turned = turn(target);
     turned_point before = nowhere;
     std::uint32_t lines = 0;
     for (std::size_t i = 0; i < strip.size(); ++i) {
-        const double x = strip[i].x * target.x.scale;
-        const double y = strip[i].y * target.y.scale;
-        const turned_point at = {x + y + shift.rising, x - y + shift.falling};
-        const turned_point square = {nearest_whole(at.rising), nearest_whole(at.falling)};
+        const turned_point at = place_of(strip[i], turned);
+        const turned_point square = nearest_whole(at);
         const turned_point now = is_certain(at, square, off) ? square : nowhere;
-        const bool is_blank = now.rising == before.rising && now.falling == before.falling;
-        if (i > 0 && !is_blank)
+        const turned_mask is_blank = now == before;
+        if (i > 0 && (is_blank[0] & is_blank[1]) == 0)
             lines |= std::uint32_t{1} << (i - 1);
         before = now;
     }

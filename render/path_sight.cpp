@@ -1,5 +1,6 @@
 #include "render/path_sight.hpp"
 
+#include "render/turned_points.hpp"
 #include "render/vertex_pairs.hpp"
 
 #include <algorithm>
@@ -67,22 +68,14 @@ bool has_slopes(std::span<const path_vertex> strip, const path_projection &targe
     return false;
 }
 
-// A point along the edges of diamonds, x + y and x - y: these lie at halves.
-using turned_point [[gnu::vector_size(16)]] = double;
-using lane_mask [[gnu::vector_size(16)]] = std::int64_t;
-
 // Where rounding decides on which side of an edge it lies.
-lane_mask beside_edges(const turned_point &at, double off)
+turned_mask beside_edges(const turned_point &at, double off)
 {
-    constexpr double rounder = 0x1.8p52; // takes the fraction away without a call
-    constexpr lane_mask magnitude = {INT64_MAX, INT64_MAX};
-    const turned_point fraction = at - (at + rounder - rounder);
-    return std::bit_cast<turned_point>(std::bit_cast<lane_mask>(fraction) & magnitude) >=
-           0.5 - 2 * off;
+    return magnitude_of(at - nearest_whole(at)) >= 0.5 - 2 * off;
 }
 
 // True when a line with an end beside such edges goes along them.
-bool goes_along(const turned_point &from, const turned_point &to, const lane_mask &edges)
+bool goes_along(const turned_point &from, const turned_point &to, const turned_mask &edges)
 {
     constexpr double level = (1 - double{nearly_level}) / (1 + double{nearly_level});
     const double rising = std::fabs(to[0] - from[0]);
@@ -121,17 +114,14 @@ bool is_doubt_unfounded(const covered_pixels &covered, const path_part &part,
 std::uint32_t doubtful_lines(std::span<const path_vertex> strip, double off,
                              const path_projection &target)
 {
-    constexpr turned_point both = {1, 1};
-    constexpr turned_point turned = {1, -1};
-    const turned_point shift = target.x.shift * both + target.y.shift * turned;
+    const turned_projection turned = turn(target);
     turned_point from = {};
-    lane_mask edges_before = {};
+    turned_mask edges_before = {};
     std::uint32_t lines = 0;
     for (std::size_t i = 0; i < strip.size(); ++i) {
-        const turned_point to =
-            strip[i].x * target.x.scale * both + strip[i].y * target.y.scale * turned + shift;
-        const lane_mask edges_now = beside_edges(to, off);
-        const lane_mask edges = edges_now | edges_before;
+        const turned_point to = place_of(strip[i], turned);
+        const turned_mask edges_now = beside_edges(to, off);
+        const turned_mask edges = edges_now | edges_before;
         if (i > 0 && (edges[0] | edges[1]) != 0 && goes_along(from, to, edges))
             lines |= std::uint32_t{1} << (i - 1);
         from = to;
