@@ -49,7 +49,7 @@ WineRig::WineRig()
 {
     std::filesystem::create_directories(place.file("src"));
     std::filesystem::create_directories(place.file("tray"));
-    std::filesystem::remove("/tmp/mero.end");
+    std::filesystem::remove(stop_marker);
 }
 
 WineRig::~WineRig()
