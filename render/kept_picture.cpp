@@ -235,14 +235,21 @@ void draw_within_frame(kept_picture &kept, const picture_parts &parts)
 {
     const bool too_much =
         exceeds_frame(kept.pace, kept.wanted_vertices - layer_under_way(kept).drawn);
-    // A pass that is shorter than half a frame is shown at once; others go on later.
     const bool spares = !kept.pass.under_way && are_boxed(kept.chunks, parts.mosaic);
     if (too_much && !spares)
         return;
-    const double time = too_much ? frame_time / 2 : frame_time;
     const double start = pace_clock();
-    while (is_unfinished(kept) && pace_clock() - start < time)
-        draw_slice(kept, parts);
+    const auto draw_until = [&](double time) {
+        while (is_unfinished(kept) && pace_clock() - start < time)
+            draw_slice(kept, parts);
+    };
+    // A pass that will be through within the frame is shown at once; others go on later.
+    if (too_much) {
+        draw_until(frame_time / 2);
+        if (!kept.pass.under_way || !is_half_through(kept.pass, kept.chunks))
+            return;
+    }
+    draw_until(frame_time);
 }
 
 bool is_unfinished(const kept_picture &kept)

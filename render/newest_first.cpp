@@ -1,12 +1,9 @@
 #include "render/newest_first.hpp"
 
-#include "render/blank_lines.hpp"
-#include "render/crossed_pixels.hpp"
+#include "render/batch_parts.hpp"
 #include "render/path_sight.hpp"
 
 #include <algorithm>
-#include <bit>
-#include <span>
 
 namespace vimbo
 {
@@ -16,9 +13,6 @@ namespace
 
 constexpr std::int32_t most_chunks_at_once = 8192; // gone through for one batch
 constexpr int most_runs = path_run_capacity / 2;   // those of one chunk more fit
-constexpr std::int32_t part_vertices = 16;         // left out or drawn together, of a chunk
-constexpr std::int32_t stretch_of_parts = 64;      // looked at first, of a longer chunk
-static_assert(part_vertices <= most_lines_at_once);
 static_assert(stretch_vertices / 2 <= path_run_capacity - most_runs,
               "chunks are not longer than a stretch, and every other line may be left out");
 
@@ -27,179 +21,24 @@ static_assert(stretch_vertices / 2 <= path_run_capacity - most_runs,
 constexpr double depth_step = 0.5 / chunk_capacity;
 static_assert(chunk_capacity <= 1 << 20);
 
-// From the vertex before a part: its first segment starts there.
-std::span<const path_vertex> strip_of(newest_first &pass, const mosaic_state &mosaic,
-                                      std::int32_t first, std::int32_t end)
+// Goes back past the chunk that ends at `undrawn`, or past a whole group that is outside of
+// the picture. Gives how many vertices of it are in view.
+std::int32_t step_back(const newest_first &pass, const path_chunks &chunks, std::int32_t &undrawn)
 {
-    return vertices_between(pass.vertices, mosaic, std::max(first - 1, 0), end);
-}
-
-// Notes that a part is covered.
-void leave_out(newest_first &pass, const path_part &part)
-{
-    pass.left_out += part.end - part.first;
-    if (!was_hidden(pass.covered, part.box, part.range))
-        pass.looks.spared += part.end - part.first;
-}
-
-// True of a part that cannot be seen, as it is covered or lies outside.
-bool is_left_out(newest_first &pass, const path_projection &target, const mosaic_state &mosaic,
-                 const path_part &part)
-{
-    const path_sight sight = sight_of(pass.covered, part);
-    if (sight == path_sight::outside)
-        return true;
-    if (sight == path_sight::seen)
-        return false;
-    if (sight == path_sight::doubtful) {
-        if (part.end - part.first >= window_vertices) // more than can be read at once
-            return false;
-        const std::span<const path_vertex> strip = strip_of(pass, mosaic, part.first, part.end);
-        if (!is_doubt_unfounded(pass.covered, part, strip, target))
-            return false;
-    }
-    leave_out(pass, part);
-    return true;
-}
-
-void add_to_batch(newest_first &pass, const path_part &part)
-{
-    add_run(pass.runs, part.first, part.end);
-    touch(pass.looks, part.range);
-}
-
-// Where next to nothing is left out, lines are looked at in some chunks only: so it is
-// still seen when that changes.
-bool is_worth_looking_into(newest_first &pass, std::int32_t chunk)
-{
-    constexpr std::int32_t stretch = 1 << 16;
-    constexpr std::int32_t some = 8;
-    if (pass.in_view >= stretch) {
-        pass.much_left_out = pass.left_out >= pass.in_view / 4;
-        pass.in_view = 0;
-        pass.left_out = 0;
-    }
-    return pass.much_left_out || chunk % some == 0;
-}
-
-// Lines are looked at one by one where they are so long that what is drawn of them for
-// nothing costs more.
-bool are_long(const path_part &part)
-{
-    constexpr double long_line = 32; // pixels
-    const pixel_box &box = part.box;
-    return std::max(box.right - box.left, box.top - box.bottom) >= long_line;
-}
-
-// And where they are so short that two of three cover no pixel.
-bool are_mostly_blank(std::uint32_t lines_to_draw)
-{
-    return 3 * std::popcount(lines_to_draw) <= part_vertices;
-}
-
-// Adds those of these lines of a part to the batch that can be seen. Gives how many.
-std::int32_t take_lines(newest_first &pass, const path_projection &target, const path_part &part,
-                        std::span<const path_vertex> strip, std::uint32_t lines)
-{
-    std::int32_t taken = 0;
-    std::int32_t end = part.end;
-    for (std::size_t at = strip.size() - 1; at > 0; --at, --end) {
-        if ((lines >> (at - 1) & 1) == 0 ||
-            is_line_hidden(pass.covered, strip[at - 1], strip[at], part.off, target)) {
-            ++pass.left_out;
-            continue;
-        }
-        add_run(pass.runs, end - 1, end);
-        cover_crossed(pass.covered, strip.subspan(at - 1, 2), part.off, target);
-        ++taken;
-    }
-    touch(pass.looks, part.range);
-    return taken;
-}
-
-// Adds a part to the batch: what it covers for certain is covered from here on. Gives how
-// many vertices count as drawn: of long lines the drawn ones; of short ones all, as going
-// through them takes as long.
-std::int32_t take_part(newest_first &pass, const path_projection &target, const path_part &part,
-                       std::span<const path_vertex> strip)
-{
-    constexpr std::uint32_t all_lines = ~std::uint32_t{0};
-    if (are_long(part))
-        return take_lines(pass, target, part, strip, all_lines);
-    const std::uint32_t lines = lines_with_pixels(strip, part.off, target);
-    if (are_mostly_blank(lines)) {
-        take_lines(pass, target, part, strip, lines);
-    } else {
-        add_to_batch(pass, part);
-        cover_crossed(pass.covered, strip, part.off, target);
-    }
-    return part.end - part.first;
-}
-
-// The same with what can be seen of a part, or may be.
-std::int32_t take_in_sight(newest_first &pass, const path_projection &target, const path_part &part,
-                           std::span<const path_vertex> strip)
-{
-    const path_sight sight = sight_of(pass.covered, part);
-    if (sight == path_sight::seen)
-        return take_part(pass, target, part, strip);
-    if (sight == path_sight::outside)
-        return 0;
-    if (sight == path_sight::doubtful) {
-        const std::uint32_t lines = doubtful_lines(strip, part.off, target);
-        if (lines != 0)
-            return take_lines(pass, target, part, strip, lines);
-    }
-    leave_out(pass, part);
-    return 0;
-}
-
-// The same with all parts from the vertex `first` to `end`.
-std::int32_t take_parts(newest_first &pass, const path_projection &target,
-                        const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
-{
-    std::int32_t taken = 0;
-    for (std::int32_t part_end = end; part_end > first; part_end -= part_vertices) {
-        const std::int32_t part_first = std::max(part_end - part_vertices, first);
-        const std::span<const path_vertex> strip = strip_of(pass, mosaic, part_first, part_end);
-        const path_part part =
-            part_of(pass.covered, target, box_around(strip), part_first, part_end);
-        taken += take_in_sight(pass, target, part, strip);
-    }
-    return taken;
-}
-
-// The same with all of a chunk. Of a hundred million lines of a spiral most are hidden, and
-// next to none of their chunks as a whole.
-std::int32_t take_chunk(newest_first &pass, const path_projection &target,
-                        const mosaic_state &mosaic, std::int32_t first, std::int32_t end)
-{
-    if (end - first <= stretch_of_parts)
-        return take_parts(pass, target, mosaic, first, end);
-    std::int32_t taken = 0;
-    for (std::int32_t stretch_end = end; stretch_end > first; stretch_end -= stretch_of_parts) {
-        const std::int32_t stretch_first = std::max(stretch_end - stretch_of_parts, first);
-        const path_box box = box_around(strip_of(pass, mosaic, stretch_first, stretch_end));
-        const path_part stretch = part_of(pass.covered, target, box, stretch_first, stretch_end);
-        if (!is_left_out(pass, target, mosaic, stretch))
-            taken += take_parts(pass, target, mosaic, stretch_first, stretch_end);
-    }
-    return taken;
-}
-
-// Leaves the group at whose end the pass is out, where it is outside of the picture.
-bool skip_group(newest_first &pass, const path_chunks &chunks)
-{
+    const std::int32_t end = undrawn;
     const std::int32_t group_vertices = chunks.chunk_vertices * group_chunks;
-    if (pass.undrawn % group_vertices != 0 || pass.undrawn - group_vertices < pass.first ||
-        !are_apart(chunks.group_boxes[pass.undrawn / group_vertices - 1], pass.visible))
-        return false;
-    pass.undrawn -= group_vertices;
-    return true;
+    if (end % group_vertices == 0 && end - group_vertices >= pass.first &&
+        are_apart(chunks.group_boxes[end / group_vertices - 1], pass.visible)) {
+        undrawn = end - group_vertices;
+        return 0;
+    }
+    const std::int32_t chunk = (end - 1) / chunks.chunk_vertices;
+    undrawn = std::max(chunk * chunks.chunk_vertices, pass.first);
+    return are_apart(chunks.boxes[chunk], pass.visible) ? 0 : end - undrawn;
 }
 
 // Goes on from chunk to chunk until the batch has that many vertices. Gives how many it has,
-// counted as in take_part.
+// counted as in take_chunk.
 std::int32_t gather_batch(newest_first &pass, const path_projection &target,
                           const path_chunks &chunks, const mosaic_state &mosaic,
                           std::int32_t most_vertices)
@@ -209,24 +48,16 @@ std::int32_t gather_batch(newest_first &pass, const path_projection &target,
     for (int i = 0; i < most_chunks_at_once && pass.undrawn > pass.first &&
                     gathered < most_vertices && pass.runs.used < most_runs;
          ++i) {
-        if (skip_group(pass, chunks))
-            continue;
-        const std::int32_t chunk = (pass.undrawn - 1) / chunks.chunk_vertices;
         const std::int32_t end = pass.undrawn;
-        pass.undrawn = std::max(chunk * chunks.chunk_vertices, pass.first);
-        if (are_apart(chunks.boxes[chunk], pass.visible))
+        const std::int32_t in_view = step_back(pass, chunks, pass.undrawn);
+        if (in_view == 0)
             continue;
+        const std::int32_t chunk = pass.undrawn / chunks.chunk_vertices;
         const path_part whole =
             part_of(pass.covered, target, chunks.boxes[chunk], pass.undrawn, end);
-        pass.in_view += end - pass.undrawn;
-        if (is_left_out(pass, target, mosaic, whole))
-            continue;
-        if (is_worth_looking_into(pass, chunk)) {
-            gathered += take_chunk(pass, target, mosaic, whole.first, whole.end);
-        } else {
-            add_to_batch(pass, whole);
-            gathered += whole.end - whole.first;
-        }
+        pass.gone_through += in_view;
+        pass.in_view += in_view;
+        gathered += take_chunk(pass, target, mosaic, chunk, whole);
     }
     return gathered;
 }
@@ -273,6 +104,7 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
     pass.batches = 0;
     pass.drawn = 0;
     pass.visible = lengths_in(target);
+    pass.gone_through = 0;
     pass.in_view = 0;
     pass.left_out = 0;
     pass.much_left_out = true;
@@ -295,6 +127,15 @@ std::int32_t draw_newest(newest_first &pass, const path_projection &target,
     if (pass.under_way && is_look_due(pass.looks))
         look_at_depths(pass.looks, pass.covered, target.area, vertices_per_second);
     return drawn;
+}
+
+bool is_half_through(const newest_first &pass, const path_chunks &chunks)
+{
+    std::int32_t left = 0;
+    std::int32_t undrawn = pass.undrawn;
+    while (undrawn > pass.first && left <= pass.gone_through)
+        left += step_back(pass, chunks, undrawn);
+    return left <= pass.gone_through;
 }
 
 } // namespace vimbo

@@ -40,9 +40,10 @@ struct newest_first {
     std::int32_t drawn;   // vertices of theirs, blank lines between them included
     path_box visible;     // what lies beside it is outside of the picture
 
-    std::int32_t in_view;  // vertices, of late;
-    std::int32_t left_out; // of these
-    bool much_left_out;    // many of them were
+    std::int32_t gone_through; // vertices in view, of this pass
+    std::int32_t in_view;      // the same, of late;
+    std::int32_t left_out;     // of these
+    bool much_left_out;        // many of them were
 
     depth_looks looks;
 
@@ -63,5 +64,9 @@ void begin_newest_first(newest_first &pass, const path_projection &target, std::
 std::int32_t draw_newest(newest_first &pass, const path_projection &target,
                          const path_chunks &chunks, const picture_parts &parts,
                          std::int32_t most_vertices, double vertices_per_second);
+
+/// True when no more vertices in view are left than a pass has gone through: it should take
+/// no longer than it has taken so far.
+bool is_half_through(const newest_first &pass, const path_chunks &chunks);
 
 } // namespace vimbo

@@ -251,6 +251,37 @@ TEST_F(NewestFirstPass, GoesPastWhatLiesBesideTheView)
     EXPECT_EQ(pass->in_view, 16 + 48);
 }
 
+TEST_F(NewestFirstPass, IsHalfThroughWhereNoMoreIsLeftThanItHasGoneThrough)
+{
+    make_path(64 * 100, 64, [](std::int32_t) { return spot; });
+    begin();
+    EXPECT_FALSE(is_half_through(*pass, *chunks));
+    draw(64 * 49);
+    EXPECT_FALSE(is_half_through(*pass, *chunks));
+    draw(64);
+    EXPECT_TRUE(is_half_through(*pass, *chunks));
+    draw_all();
+    EXPECT_TRUE(is_half_through(*pass, *chunks));
+    begin(64 * 60);
+    EXPECT_FALSE(is_half_through(*pass, *chunks)) << "it counts what another has gone through";
+    draw(64 * 20);
+    EXPECT_TRUE(is_half_through(*pass, *chunks)) << "it counts what it will not go through";
+}
+
+TEST_F(NewestFirstPass, IsHalfThroughWhateverLiesBesideTheView)
+{
+    // In view are the newest three chunks and the oldest three, with the line that leads out.
+    constexpr std::int32_t group = 64 * 16;
+    make_path(group * 10, 16, [](std::int32_t i) {
+        return i < 40 || i >= group * 10 - 48 ? spot : at(100.5, 300);
+    });
+    begin();
+    EXPECT_EQ(draw(32), 32);
+    EXPECT_FALSE(is_half_through(*pass, *chunks));
+    EXPECT_EQ(draw(16), 16);
+    EXPECT_TRUE(is_half_through(*pass, *chunks));
+}
+
 // Lines there and back within a row, next to another one; the newest of them cover it.
 path_vertex beside_a_row(std::int32_t i)
 {
